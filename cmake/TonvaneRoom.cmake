@@ -1,0 +1,17 @@
+# tonvane_room(NAME SOURCES ... [DEPENDS room ...] [LINKS target ...])
+#
+# One folder under src/ as one static library tonvane::NAME. DEPENDS names the rooms below that it
+# may include; LINKS names outside libraries. What is declared here is also written to
+# <build>/rooms/NAME, where the structure test reads it.
+function(tonvane_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;DEPENDS;LINKS" ${ARGN})
+    add_library(tonvane_${name} STATIC ${ROOM_SOURCES})
+    add_library(tonvane::${name} ALIAS tonvane_${name})
+    target_include_directories(tonvane_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(tonvane_${name} PRIVATE $<BUILD_INTERFACE:tonvane_compiler> ${ROOM_LINKS})
+    foreach(dependency IN LISTS ROOM_DEPENDS)
+        target_link_libraries(tonvane_${name} PUBLIC tonvane::${dependency})
+    endforeach()
+    list(JOIN ROOM_DEPENDS "\n" lines)
+    file(WRITE ${PROJECT_BINARY_DIR}/rooms/${name} "${lines}\n")
+endfunction()
