@@ -1,0 +1,30 @@
+// The figures of an independent program (NumPy and SciPy) for three whole runs, in
+// tests/data/golden: CASE.json has the values on the way, CASE.filter.txt and CASE.target.txt the
+// files after the run.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace tonvane::tests {
+
+struct GoldenCase {
+    std::string name;      // of the .json, .filter.txt and .target.txt
+    std::string response;  // file name of the speaker's response
+    std::string target;    // file name of the target file
+    bool isCsv;
+};
+
+const std::vector<GoldenCase>& GoldenCases();
+
+// A path in the folder of the golden cases.
+std::string GoldenPath(const std::string& file);
+
+nlohmann::json GoldenFigures(const GoldenCase& golden);
+
+// The response of a .qsr file as raw doubles, read here without the project's own reader.
+std::vector<double> GoldenImpulse(const std::string& file);
+
+}  // namespace tonvane::tests

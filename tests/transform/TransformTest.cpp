@@ -1,0 +1,129 @@
+// The transform against a direct Fourier sum, and the rules of its buffers.
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "support/Allocations.h"
+#include "support/Signals.h"
+#include "transform/SpectrumBuffer.h"
+
+namespace tonvane {
+namespace {
+
+using testing::Each;
+using testing::ElementsAreArray;
+
+SpectrumBuffer bufferOf(const std::vector<double>& x) {
+    SpectrumBuffer buffer;
+    EXPECT_TRUE(buffer.resize(static_cast<int32_t>(x.size())));
+    buffer.setSamplesPadded(x);
+    return buffer;
+}
+
+class Transform : public tests::WithFftTables {};
+
+class TransformLength : public Transform, public testing::WithParamInterface<int32_t> {};
+
+TEST_P(TransformLength, ForwardIsTheFourierSumAndInverseItsReturnWithoutAllocating) {
+    const int32_t n = GetParam();
+    const std::vector<double> x = tests::Noise(n);
+    SpectrumBuffer buffer = bufferOf(x);
+    const int64_t before = tests::AllocationCount();
+    buffer.forward();
+    buffer.inverse();
+    EXPECT_EQ(tests::AllocationCount(), before);
+
+    buffer.setSamplesPadded(x);
+    buffer.forward();
+    EXPECT_THAT(buffer.time(), ElementsAreArray(x));
+    ASSERT_EQ(buffer.spectrum.size(), n / 2 + 1);
+    EXPECT_EQ(buffer.spectrum[0].imag(), 0.0);
+    EXPECT_EQ(buffer.spectrum[n / 2].imag(), 0.0);
+    std::vector<int32_t> bins = {0, n / 4, n / 2};
+    for (int32_t k = 1; k < n / 2; k += n / 128 + 1) {
+        bins.push_back(k);
+    }
+    for (const int32_t k : bins) {
+        const auto error = std::complex<long double>(buffer.spectrum[k]) - tests::DftBin(x, k);
+        EXPECT_LT(std::abs(error), 2e-16 * std::log2(n) * std::sqrt(n)) << k;
+    }
+
+    // What stands in the imaginary parts of the two end bins must not matter.
+    buffer.spectrum[0].imag(1e9);
+    buffer.spectrum[n / 2].imag(-1e9);
+    const ComplexVector spectrum = buffer.spectrum;
+    buffer.inverse();
+    EXPECT_EQ(buffer.spectrum, spectrum);
+    for (int32_t t = 0; t < n; ++t) {
+        ASSERT_NEAR(buffer.samples[t] / n, x[t], 4e-15) << t;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, TransformLength,
+                         testing::Values(2, 4, 8, 1024, 2048, 4096, 32768));
+
+TEST_F(Transform, RefusedLengthsChangeNothingAndShorterOnesKeepTheSamples) {
+    const std::vector<double> x = tests::Noise(1024);
+    SpectrumBuffer buffer = bufferOf(x);
+    buffer.forward();
+    const ComplexVector spectrum = buffer.spectrum;
+    for (const int32_t n : {32769, 65536, 1023, 1, 0, -2, std::numeric_limits<int32_t>::min()}) {
+        EXPECT_FALSE(buffer.resize(n)) << n;
+        EXPECT_EQ(buffer.bins, 513);
+        EXPECT_EQ(buffer.spectrum, spectrum);
+        EXPECT_THAT(buffer.time(), ElementsAreArray(x));
+    }
+    EXPECT_TRUE(buffer.resize(64));
+    EXPECT_EQ(buffer.samples.capacity, 1024);
+    EXPECT_EQ(buffer.spectrum.size(), 33U);
+    EXPECT_THAT(buffer.time(), ElementsAreArray(std::span(x).first(64)));
+}
+
+// The values mean nothing there, but nothing outside the length may be touched.
+TEST_F(Transform, EvenLengthsThatAreNoPowerOfTwoStayInside) {
+    for (const int32_t n : {6, 10, 14, 100, 1000, 12346, 32766}) {
+        SpectrumBuffer buffer;
+        buffer.samples.ensure(n + 16);
+        std::ranges::fill(buffer.samples.first(n + 16), 1.0);
+        ASSERT_TRUE(buffer.resize(n));
+        buffer.forward();
+        buffer.inverse();
+        EXPECT_THAT(buffer.samples.first(n + 16).subspan(n), Each(1.0)) << n;
+    }
+}
+
+TEST_F(Transform, TablesServeTheirLengthAndBelowUntilFreed) {
+    const ComplexVector longTable = CurrentFftTables().twiddleTable;
+    InitFftTables(1024);
+    const ComplexVector& shortTable = CurrentFftTables().twiddleTable;
+    ASSERT_EQ(shortTable.size(), 512U);
+    EXPECT_TRUE(std::ranges::equal(shortTable, std::span(longTable).first(512)));
+    EXPECT_FALSE(SpectrumBuffer().resize(2048));
+    EXPECT_TRUE(SpectrumBuffer().resize(1024));
+    FreeFftTables();
+    EXPECT_FALSE(SpectrumBuffer().resize(2));
+    EXPECT_TRUE(shortTable.empty());
+    SetUpTestSuite();
+}
+
+TEST(SampleArray, KeepsItsStorageUntilItMustGrowAndIsEmptyWhenItCannot) {
+    SampleArray array;
+    ASSERT_TRUE(array.ensure(4));
+    array[3] = 7.0;
+    ASSERT_TRUE(array.ensure(2));
+    EXPECT_EQ(array.capacity, 4);
+    EXPECT_EQ(array[3], 7.0);
+    ASSERT_TRUE(array.ensure(5));
+    EXPECT_THAT(array.first(5), Each(0.0));
+    tests::FailNextAllocation();
+    EXPECT_FALSE(array.ensure(8));
+    EXPECT_EQ(array.data, nullptr);
+    EXPECT_EQ(array.capacity, 0);
+}
+
+}  // namespace
+}  // namespace tonvane
