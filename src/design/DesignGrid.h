@@ -1,0 +1,19 @@
+// The grid on which an equalizer is designed: point i lies at i*fs/4096, from 0 to half the rate.
+// Curves on it hold power ratios, not decibels.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace tonvane {
+
+constexpr int32_t designLength = 4096;
+constexpr int32_t designPoints = designLength / 2 + 1;
+
+// The length of the responses that a design starts from.
+constexpr int32_t responseLength = 32768;
+constexpr int32_t responseBins = responseLength / 2 + 1;
+
+using DesignCurve = std::array<double, designPoints>;
+
+}  // namespace tonvane

@@ -1,0 +1,170 @@
+// The words of crossover and dynamics, and the lists of writes that carry them.
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <numeric>
+
+#include <gmock/gmock.h>
+
+#include "amplifier/FixedPoint.h"
+#include "amplifier/RegisterGroups.h"
+#include "amplifier/RegisterPresets.h"
+
+namespace tonvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using Writes = std::vector<RegisterWrite>;
+
+AmplifierSettings settingsAt(int32_t sampleRate) {
+    AmplifierSettings settings;
+    settings.reset(sampleRate);
+    return settings;
+}
+
+// The response of a section, read back from its words.
+std::complex<double> at(const BiquadWords& words, double hertz, double sampleRate) {
+    const auto z = std::polar(1.0, -2.0 * std::numbers::pi * hertz / sampleRate);
+    const auto value = [&](int32_t i) { return FromCoefWord(words[i]); };
+    return (value(0) + value(1) * z + value(2) * z * z) / (1.0 - value(3) * z - value(4) * z * z);
+}
+
+TEST(Crossover, At300HzAnd48kHzGivesTheKnownWords) {
+    const AmplifierSettings settings = settingsAt(48000);
+    EXPECT_THAT(settings.coefficients.lowBand,
+                ElementsAre(0xC4A, 0x1895, 0xC4A, 0xF8E4A5, 0x386EA32));
+    EXPECT_THAT(settings.coefficients.highBand,
+                ElementsAre(0x7C7E9D, 0x30702C7, 0x7C7E9D, 0xF8E4A5, 0x386EA32));
+}
+
+// Two second-order Butterworth sections in cascade are a fourth-order Linkwitz-Riley band: both
+// bands 6.02 dB down at the edge, and their sum an all-pass.
+TEST(Crossover, BandsMeetAtTheEdgeAndSumToAnAllPass) {
+    for (const auto& [rate, hz] : {std::pair{48000, 300}, {44100, 2500}, {96000, 8000}}) {
+        AmplifierSettings settings = settingsAt(rate);
+        settings.setCrossover(hz);
+        const auto band = [rate = rate](const BiquadWords& words, double hertz) {
+            return std::pow(at(words, hertz, rate), 2.0);
+        };
+        const CAmpCoefficients& words = settings.coefficients;
+        EXPECT_NEAR(std::abs(band(words.lowBand, hz)), 0.5, 2e-3) << hz;
+        EXPECT_NEAR(std::abs(band(words.highBand, hz)), 0.5, 2e-3) << hz;
+        for (const double hertz : {0.1 * hz, 0.7 * hz, 1.0 * hz, 2.0 * hz, 0.45 * rate}) {
+            const auto sum = band(words.lowBand, hertz) + band(words.highBand, hertz);
+            EXPECT_NEAR(std::abs(sum), 1.0, 2e-3) << hz << " at " << hertz;
+        }
+        EXPECT_LT(std::abs(band(words.highBand, 0.1 * hz)), 1.1e-4);
+        EXPECT_LT(std::abs(band(words.lowBand, 0.49 * rate)), 1.1e-4);
+    }
+}
+
+TEST(Crossover, AboveHalfTheRateIsTakenAsItComes) {
+    AmplifierSettings settings = settingsAt(48000);
+    for (const int32_t hz : {24000, 43200}) {
+        settings.setCrossover(hz);
+        for (const int32_t word : settings.coefficients.lowBand) {
+            EXPECT_EQ(word & ~coefficientMask, 0);
+        }
+    }
+}
+
+TEST(Drc, DefaultsAndLimitsGiveTheKnownWords) {
+    AmplifierSettings settings = settingsAt(48000);
+    for (const DrcWords& words : settings.coefficients.drc) {
+        EXPECT_EQ(words.alpha, 0x2A39B);
+        EXPECT_EQ(words.omega, 0x7D5C65);
+        EXPECT_EQ(words.attack, 0xAF);
+        EXPECT_EQ(static_cast<uint32_t>(words.release), 0xFFFFFF51U);
+        EXPECT_EQ(words.attackThreshold, 0x40C371);
+        EXPECT_EQ(words.releaseThreshold, 0x40C370);
+    }
+    settings.setDrc({0, 5000, 1000, 5000}, 1);
+    const DrcWords& changed = settings.coefficients.drc[1];
+    EXPECT_EQ(changed.alpha, 0x23);
+    EXPECT_EQ(changed.omega, 0x800000 - 0x23);
+    EXPECT_EQ(changed.release, -0x23);
+    EXPECT_EQ(changed.attackThreshold, 0x8000000);
+    settings.setDrc({12, 1, 1, 1}, 1);
+    EXPECT_EQ(changed.attackThreshold, 0x1FD93C1F);
+    EXPECT_EQ(settings.coefficients.drc[0].alpha, 0x2A39B);
+}
+
+// A one-pole average with the factor f is at 1 - (1 - f)^n after n samples of a step.
+TEST(Drc, TimesAreThoseOfAnAverageAtTheSampleRate) {
+    for (const int32_t rate : {32000, 96000}) {
+        AmplifierSettings settings = settingsAt(rate);
+        for (const int32_t ms : {1, 7, 50}) {
+            settings.setDrc({0, ms, 1, 1}, 0);
+            const double factor = FromCoefWord(settings.coefficients.drc[0].alpha);
+            const double reached = 1.0 - std::pow(1.0 - factor, ms * rate / 1000);
+            EXPECT_NEAR(reached, 1.0 - 1.0 / std::numbers::e, 3e-4) << rate << " " << ms;
+        }
+    }
+}
+
+TEST(Groups, EqualizerCarriesTheDesignOnlyWithBiq) {
+    std::vector<int32_t> designed(35);
+    std::iota(designed.begin(), designed.end(), 100);
+    const Writes off = EqualizerGroup(false, designed);
+    const Writes on = EqualizerGroup(true, designed);
+    ASSERT_EQ(off.size(), 7U);
+    ASSERT_EQ(on.size(), 7U);
+    for (int32_t k = 0; k < 7; ++k) {
+        EXPECT_EQ(off[k], (RegisterWrite{0x29 + k, {0x800000, 0, 0, 0, 0}}));
+        const int32_t first = 100 + 5 * k;
+        EXPECT_EQ(on[k],
+                  (RegisterWrite{0x29 + k, {first, first + 1, first + 2, first + 3, first + 4}}));
+    }
+    EXPECT_THAT(EqualizerGroup(true, {}), IsEmpty());
+}
+
+TEST(Groups, CrossoverSendsTheHighBandToTheFirstPath) {
+    AmplifierSettings settings = settingsAt(48000);
+    const Writes passing = {{0x58, UnityBiquad}, {0x59, UnityBiquad}, {0x70, {0x800000}},
+                            {0x5A, UnityBiquad}, {0x5B, UnityBiquad}, {0x71, {0}}};
+    EXPECT_EQ(CrossoverGroup(settings), passing);
+    settings.splitEnabled = true;
+    const BiquadWords high{0x7C7E9D, 0x30702C7, 0x7C7E9D, 0xF8E4A5, 0x386EA32};
+    const BiquadWords low{0xC4A, 0x1895, 0xC4A, 0xF8E4A5, 0x386EA32};
+    const Writes split = {{0x58, high}, {0x59, high}, {0x70, {0x800000}},
+                          {0x5A, low},  {0x5B, low},  {0x71, {0x800000}}};
+    EXPECT_EQ(CrossoverGroup(settings), split);
+}
+
+TEST(Groups, DrcSendsTheBitsAndThenTheRegistersOfThoseThatAreOn) {
+    AmplifierSettings settings = settingsAt(48000);
+    EXPECT_EQ(DrcGroup(settings), (Writes{{0x46, {0x20020}}}));
+    settings.drcEnabled = {true, true};
+    settings.setDrc({0, 1, 1000, 5000}, 1);
+    const Writes both = {{0x46, {0x20023}},
+                         {0x3B, {0x2A39B, 0x7D5C65}},
+                         {0x3C, {0xAF, -0xAF}},
+                         {0x40, {0x40C371, 0x40C370}},
+                         {0x3E, {0x2A39B, 0x7D5C65}},
+                         {0x3F, {0xAF, -0x23}},
+                         {0x43, {0x8000000, 0x7FFFFFF}}};
+    EXPECT_EQ(DrcGroup(settings), both);
+    settings.drcEnabled = {false, true};
+    Writes second = {{0x46, {0x20022}}};
+    second.insert(second.end(), both.begin() + 4, both.end());
+    EXPECT_EQ(DrcGroup(settings), second);
+}
+
+TEST(Groups, StartValuesEndWithEverythingOff) {
+    const Writes tail = {{0x58, UnityBiquad}, {0x59, UnityBiquad}, {0x70, {0x800000}},
+                         {0x5A, UnityBiquad}, {0x5B, UnityBiquad}, {0x71, {0}},
+                         {0x46, {0x20020}}};
+    Writes expected(RegisterPresets.begin(), RegisterPresets.end());
+    expected.insert(expected.end(), tail.begin(), tail.end());
+    EXPECT_THAT(StartValues({}), ElementsAreArray(expected));
+    const std::vector<int32_t> designed(35, 7);
+    for (int32_t k = 0; k < 7; ++k) {
+        expected.insert(expected.begin() + 18 + k, RegisterWrite{0x29 + k, UnityBiquad});
+    }
+    EXPECT_THAT(StartValues(designed), ElementsAreArray(expected));
+}
+
+}  // namespace
+}  // namespace tonvane
