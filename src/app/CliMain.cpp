@@ -1,0 +1,82 @@
+// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, link).
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "app/BatchCommand.h"
+#include "app/DesignCommand.h"
+#include "app/LinkArguments.h"
+
+namespace {
+
+constexpr int badInput = 1;
+constexpr int badUsage = 2;
+
+void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<void()>& run) {
+    CLI::App* design = app.add_subcommand("design", "Design a filter for a loudspeaker's response");
+    design
+        ->add_option("response", options.response,
+                     "Speaker response: .qsr, or a .csv table of frequency,level")
+        ->required();
+    design->add_option("-o,--output", options.output, "Filter file to write")->required();
+    design->add_option(
+        "--rate", options.rate,
+        "Sample rate in Hz, 8000 to 192000; a .qsr brings its own (48000 for a table)");
+    design->add_option("--target", options.target, "Target file; without one the target is flat");
+    design
+        ->add_option("--gain-clamp", options.gainClamp,
+                     "Loudness given up for the correction, 0 to -12 dB; ahead of the target "
+                     "file's (-6 without either)")
+        ->check(CLI::Range(-12, 0));
+    design
+        ->add_option("--format", options.format,
+                     "Lines of the filter file: 20 (a section a line) or 4 (a word a line)")
+        ->check(CLI::IsMember({20, 4}));
+    design->add_option("--addresses", options.addresses,
+                       "Address file such as registeraddress.cfg");
+    design->add_option("--report", options.report, "JSON file with the figures of the design");
+    design->add_flag("--program", options.program,
+                     "Send the filter to the amplifier through the link server");
+    tonvane::AddLinkOptions(*design, options.link);
+    design->callback(
+        [&run, &options] { run = [&options] { tonvane::RunDesignCommand(options); }; });
+    design->footer("Example: tonvane-cli design speaker.qsr -o filters.txt --gain-clamp -6");
+}
+
+int runForPerson(int argc, char** argv) {
+    CLI::App app{"Tunes small loudspeakers behind a digital amplifier."};
+    app.set_version_flag("--version", std::string("tonvane-cli ") + TONVANE_VERSION);
+    app.require_subcommand(1);
+    app.footer(
+        "Calling tools start: tonvane-cli -cmd RATE RESPONSE qsr|csv FILTERS TARGET -noprompt");
+    tonvane::DesignOptions options;
+    std::function<void()> run;
+    addDesign(app, options, run);
+    tonvane::AddLinkCommand(app, run);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : badUsage;
+    }
+    run();
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const std::vector<std::string> arguments(argv + 1, argv + argc);
+        if (!arguments.empty() && arguments[0] == "-cmd") {
+            return tonvane::RunBatch(arguments);
+        }
+        return runForPerson(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
+        return badInput;
+    }
+}

@@ -1,0 +1,73 @@
+#include "files/AddressConfig.h"
+
+#include <algorithm>
+
+#include "files/FileAccess.h"
+#include "files/TextScanner.h"
+
+namespace tonvane {
+
+namespace {
+
+bool isLetter(int c) {
+    const int lower = c | 0x20;
+    return lower >= 'a' && lower <= 'z';
+}
+
+char lowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// One attempt at the present position; what was read stays consumed.
+bool findKey(TextScanner& scanner, std::string_view key) {
+    int c = scanner.next();
+    while (c >= 0 && !isLetter(c)) {
+        c = scanner.next();
+    }
+    if (c < 0) {
+        return false;
+    }
+    const std::string_view rest = scanner.lineFragment(key.size() - 1);
+    if (!std::ranges::equal(rest, key.substr(1), {}, lowerCase)) {
+        return false;
+    }
+    while (c >= 0 && c != '=') {
+        c = scanner.next();
+    }
+    return c == '=';
+}
+
+}  // namespace
+
+int32_t LoadRegisterAddressFile(const std::string& path, RegisterAddressConfig& config) {
+    config = RegisterAddressConfig();
+    const auto text = ReadTextFile(path);
+    if (!text) {
+        return 0;
+    }
+    TextScanner scanner(*text);
+    int32_t found = 0;
+    if (findKey(scanner, "address")) {
+        ++found;
+        bool more = true;
+        for (size_t i = 0; more && i < config.addresses.size(); ++i) {
+            const auto number = scanner.hexadecimal();
+            config.addresses[i] = number.value_or(config.addresses[i]);
+            more = number && (i + 1 == config.addresses.size() || scanner.literal(','));
+        }
+    }
+    if (findKey(scanner, "output_format")) {
+        ++found;
+        const int32_t format = scanner.integer().value_or(config.outputFormat);
+        if (format == 4 || format == 20) {
+            config.outputFormat = format;
+        }
+    }
+    return found;
+}
+
+int32_t LoadRegisterAddressConfig(const std::string& folder, RegisterAddressConfig& config) {
+    return LoadRegisterAddressFile(folder + RegisterAddressConfig::fileName, config);
+}
+
+}  // namespace tonvane

@@ -1,0 +1,173 @@
+#include "files/CsvTable.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "elementary/Elementary.h"
+#include "files/FileAccess.h"
+#include "files/InputError.h"
+#include "files/TextScanner.h"
+
+namespace tonvane {
+
+namespace {
+
+constexpr const char* rowForm = "expected a row \"frequency,level\"";
+
+struct CsvRow {
+    double hertz;
+    double decibels;
+};
+
+// Fills magnitudes begin .. end - 1, as far as they exist.
+void fill(std::span<double> magnitudes, int32_t begin, int32_t end, double decibels) {
+    const auto n = static_cast<int32_t>(magnitudes.size());
+    const int32_t from = std::clamp(begin, 0, n);
+    const int32_t to = std::clamp(end, from, n);
+    std::fill(magnitudes.begin() + from, magnitudes.begin() + to,
+              elementary::Exp10(0.05 * decibels));
+}
+
+}  // namespace
+
+void CsvTable::allocate() {
+    frequency.resize(maximumRows);
+    level.resize(maximumRows);
+    capacity = maximumRows;
+}
+
+bool CsvTable::add(double hertz, double decibels) {
+    if (count >= capacity) {
+        return false;
+    }
+    frequency[count] = hertz;
+    level[count] = decibels;
+    ++count;
+    return true;
+}
+
+bool ReadCsvRows(const std::string& path, CsvTable& table) {
+    table.count = 0;
+    const auto text = ReadTextFile(path);
+    if (!text) {
+        return false;
+    }
+    TextScanner scanner(*text);
+    double hertz = 0.0;
+    double decibels = 0.0;
+    bool complete = true;
+    while (complete && !scanner.atEnd()) {
+        const auto first = scanner.real();
+        hertz = first.value_or(hertz);
+        const auto second = first && scanner.literal(',') ? scanner.real() : std::nullopt;
+        decibels = second.value_or(decibels);
+        complete = second.has_value();
+        if (!complete && table.count == 0) {
+            return false;
+        }
+        if (!table.add(hertz, decibels)) {
+            break;
+        }
+        scanner.skipSpace();
+    }
+    return table.count > 0;
+}
+
+void ReadCheckedCsvRows(const std::string& path, CsvTable& table) {
+    const auto text = ReadTextFile(path);
+    if (!text) {
+        throw InputError(path, "cannot be opened");
+    }
+    std::string_view body = *text;
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (body.starts_with(byteOrderMark)) {
+        body.remove_prefix(byteOrderMark.size());
+    }
+    table.allocate();
+    table.count = 0;
+    TextScanner scanner(body);
+    for (int line = 1; !scanner.atEnd(); ++line) {
+        TextScanner row(scanner.restOfLine());
+        row.skipSpace();
+        if (row.atEnd()) {
+            continue;
+        }
+        const auto hertz = row.real();
+        row.skipBlanks();
+        const bool comma = row.literal(',');
+        const auto decibels = comma ? row.real() : std::nullopt;
+        row.skipSpace();
+        if (!hertz || !decibels || !row.atEnd()) {
+            throw InputError(path, line, rowForm);
+        }
+        const CsvRow values{hertz.value_or(0.0), decibels.value_or(0.0)};
+        if (!(values.hertz >= 0.0 && values.hertz <= 1e9)) {
+            throw InputError(path, line, "expected a frequency between 0 Hz and 1 GHz");
+        }
+        if (!(std::fabs(values.decibels) <= 400.0)) {
+            throw InputError(path, line, "expected a level between -400 and 400 dB");
+        }
+        if (!table.add(values.hertz, values.decibels)) {
+            throw InputError(path, line,
+                             "expected at most " + std::to_string(CsvTable::maximumRows) + " rows");
+        }
+    }
+    if (table.count == 0) {
+        throw InputError(path, std::string("no rows; ") + rowForm);
+    }
+}
+
+void SortCsvRows(CsvTable& table) {
+    std::vector<int32_t> order(table.count);
+    std::iota(order.begin(), order.end(), 0);
+    std::ranges::stable_sort(order, {}, [&](int32_t row) { return table.frequency[row]; });
+    const auto reorder = [&](std::vector<double>& column) {
+        std::vector<double> sorted(table.count);
+        std::ranges::transform(order, sorted.begin(), [&](int32_t row) { return column[row]; });
+        std::ranges::copy(sorted, column.begin());
+    };
+    reorder(table.frequency);
+    reorder(table.level);
+}
+
+void EndTableAtHalfRate(CsvTable& table, int32_t sampleRate) {
+    const double half = sampleRate / 2.0;
+    while (table.count > 1 && table.frequency[table.count - 1] >= half) {
+        const bool exact = table.frequency[table.count - 1] == half;
+        if (exact) {
+            return;
+        }
+        --table.count;
+    }
+    const double last = table.level[table.count - 1];
+    if (table.frequency[table.count - 1] >= half || !table.add(half, last)) {
+        table.frequency[table.count - 1] = half;
+    }
+}
+
+double RoundBin(double x) {
+    const double floor = std::floor(x);
+    return x - floor >= 0.49 ? std::ceil(x) : floor;
+}
+
+double CsvToMagnitudes(const CsvTable& table, std::span<double> magnitudes) {
+    const auto n = static_cast<int32_t>(magnitudes.size());
+    const int32_t top = elementary::TruncateToInt(table.frequency[table.count - 1]);
+    const double spacing = top / (n * 0.5);
+    const auto binOf = [&](int32_t row) {
+        return elementary::TruncateToInt(RoundBin(table.frequency[row] / spacing));
+    };
+
+    int32_t begin = binOf(0);
+    fill(magnitudes, 0, begin, table.level[0]);
+    for (int32_t k = 0; k + 1 < table.count; ++k) {
+        const int32_t end = binOf(k + 1);
+        fill(magnitudes, begin, end, table.level[k]);
+        begin = end;
+    }
+    fill(magnitudes, begin, n, table.level[table.count - 1]);
+    return spacing;
+}
+
+}  // namespace tonvane

@@ -1,0 +1,56 @@
+// A response as a table of frequencies and levels, from a text file of rows "frequency,level".
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tonvane {
+
+struct CsvTable {
+    static constexpr int32_t maximumRows = 32768;
+
+    std::vector<double> frequency;  // column 1, Hz
+    std::vector<double> level;      // column 2, dB
+    int32_t capacity = 0;           // rows of each column; maximumRows once allocated
+    int32_t count = 0;              // rows read
+
+    // Whether an import has ever made the columns. They are kept from then on.
+    [[nodiscard]] bool allocated() const { return !frequency.empty(); }
+
+    // Makes the columns for maximumRows rows.
+    void allocate();
+
+    // Adds a row; false when the table is full.
+    bool add(double hertz, double decibels);
+};
+
+// Reads the rows of a file, at most maximumRows, into an allocated table: a frequency, a comma
+// right behind it, a level. The read ends at the first line of another form; that line counts as
+// one more row, with what it lacks taken from the row before. False when the file cannot be opened
+// or no row could be read; the table then has no rows.
+bool ReadCsvRows(const std::string& path, CsvTable& table);
+
+// The same for a person: blank lines are passed over and blanks around the numbers are taken;
+// throws InputError with the line for anything else, for numbers that are not finite, for negative
+// frequencies, for a table without rows or with too many.
+void ReadCheckedCsvRows(const std::string& path, CsvTable& table);
+
+// Rising frequencies; rows of equal frequency keep their order.
+void SortCsvRows(CsvTable& table);
+
+// Ends a sorted table at half the rate: rows above it are cut, and a row at exactly half the rate
+// holds the level of the last row left. A table that starts above it keeps its first row's level.
+// After it the table stands at its true frequencies in CsvToMagnitudes.
+void EndTableAtHalfRate(CsvTable& table, int32_t sampleRate);
+
+// The bin of a position: up from a fraction of 0.49 on, down below.
+double RoundBin(double x);
+
+// Fills n magnitudes (amplitude ratios) from a sorted table, piecewise constant: each row holds
+// from its own bin to the next row's, the first row below, the last row above. The table's highest
+// frequency, as a whole number, lies at bin n/2. Returns the spacing of the bins in Hz.
+double CsvToMagnitudes(const CsvTable& table, std::span<double> magnitudes);
+
+}  // namespace tonvane

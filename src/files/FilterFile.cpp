@@ -1,0 +1,128 @@
+#include "files/FilterFile.h"
+
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+#include "amplifier/FixedPoint.h"
+#include "amplifier/RegisterText.h"
+#include "files/FileAccess.h"
+#include "files/InputError.h"
+#include "files/TextScanner.h"
+
+namespace tonvane {
+
+namespace {
+
+constexpr uint32_t continuation = 0xFF;  // in the place of an address
+constexpr size_t bytesPerWord = 4;
+constexpr size_t bytesPerRecord = bytesPerWord * wordsPerBiquad;
+
+std::string hexadecimal(uint32_t value) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%02X", value);
+    return text;
+}
+
+std::string bytesOf(int32_t word) {
+    const auto bits = static_cast<uint32_t>(word);
+    std::string text;
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        text += " " + hexadecimal(bits >> shift & 0xFFU);
+    }
+    return text;
+}
+
+std::vector<std::string_view> fieldsOf(std::string_view line) {
+    constexpr std::string_view blanks = " \t\r";
+    std::vector<std::string_view> fields;
+    for (size_t start = line.find_first_not_of(blanks); start != std::string_view::npos;) {
+        const size_t end = std::min(line.find_first_of(blanks, start), line.size());
+        fields.push_back(line.substr(start, end - start));
+        start = line.find_first_not_of(blanks, end);
+    }
+    return fields;
+}
+
+std::optional<uint32_t> addressOf(std::string_view field) {
+    const bool prefixed = field.starts_with("0x") || field.starts_with("0X");
+    return prefixed ? ParseHexDigits(field.substr(2), 7) : std::nullopt;
+}
+
+// The word of four fields of a byte each.
+std::optional<int32_t> wordOf(std::span<const std::string_view> fields) {
+    uint32_t bits = 0;
+    for (const std::string_view field : fields) {
+        const auto byte = ParseHexDigits(field, 2);
+        if (!byte) {
+            return std::nullopt;
+        }
+        bits = bits << 8U | *byte;
+    }
+    return static_cast<int32_t>(bits);
+}
+
+}  // namespace
+
+std::string FormatFilterFile(std::span<const int32_t> words, const RegisterAddressConfig& config) {
+    const std::string separator =
+        config.outputFormat == 4 ? "\n0x" + hexadecimal(continuation) : "";
+    std::string text;
+    for (size_t section = 0; section < config.addresses.size(); ++section) {
+        text += "0x" + hexadecimal(static_cast<uint32_t>(config.addresses[section]));
+        const auto record = words.subspan(section * wordsPerBiquad, wordsPerBiquad);
+        text += bytesOf(record[0]);
+        for (const int32_t word : record.subspan(1)) {
+            text += separator + bytesOf(word);
+        }
+        text += "\n";
+    }
+    return text;
+}
+
+std::array<FilterRecord, 7> ReadCheckedFilterFile(const std::string& path) {
+    const auto text = ReadTextFile(path);
+    if (!text) {
+        throw InputError(path, "cannot be opened");
+    }
+    std::array<FilterRecord, 7> records{};
+    constexpr size_t allWords = records.size() * wordsPerBiquad;
+    size_t words = 0;  // read so far
+    int line = 0;
+    for (TextScanner scanner(*text); !scanner.atEnd();) {
+        ++line;
+        const auto fields = fieldsOf(scanner.restOfLine());
+        if (fields.empty()) {
+            continue;
+        }
+        if (words == allWords) {
+            throw InputError(path, line, "expected nothing behind the seventh section");
+        }
+        FilterRecord& record = records[words / wordsPerBiquad];
+        const bool isFirst = words % wordsPerBiquad == 0;
+        const auto address = addressOf(fields[0]);
+        const auto bytes = std::span(fields).subspan(1);
+        if (!address || (!isFirst && *address != continuation) ||
+            (bytes.size() != bytesPerWord && !(isFirst && bytes.size() == bytesPerRecord))) {
+            throw InputError(path, line,
+                             isFirst ? "expected an address such as 0x29 and 20 or 4 bytes"
+                                     : "expected 0xFF and the next 4 bytes of the section");
+        }
+        if (isFirst) {
+            record.address = static_cast<int32_t>(*address);
+        }
+        for (size_t i = 0; i < bytes.size(); i += bytesPerWord) {
+            const auto word = wordOf(bytes.subspan(i, bytesPerWord));
+            if (!word || (*word & ~coefficientMask) != 0) {
+                throw InputError(path, line, "expected words of four bytes up to 03 FF FF FF");
+            }
+            record.words[words++ % wordsPerBiquad] = *word;
+        }
+    }
+    if (words != allWords) {
+        throw InputError(path, line, "the file ends before the end of the seventh section");
+    }
+    return records;
+}
+
+}  // namespace tonvane

@@ -1,0 +1,35 @@
+// The speaker response file (.qsr): a sample rate and an impulse response.
+//
+// 262148 bytes, little-endian, no mark: an int32 sample rate in Hz, then 32768 doubles, sample 0
+// first, with the onset near sample 32.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tonvane {
+
+constexpr int32_t responseFileSamples = 32768;
+constexpr size_t responseFileBytes =
+    sizeof(int32_t) + static_cast<size_t>(responseFileSamples) * sizeof(double);
+
+// False if the file cannot be opened, with nothing changed. A short file gives what it holds: the
+// rate and the samples behind its end stay as they were. `samples` has 32768 elements.
+bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> samples);
+
+// False if the file cannot be written; an existing one is then as it was.
+bool WriteResponseFile(const std::string& path, int32_t rate, std::span<const double> samples);
+
+struct SpeakerResponse {
+    int32_t rate;  // Hz
+    std::vector<double> samples;
+};
+
+// The same for a person: throws InputError for a file that is missing, short or overlong, a rate
+// outside 8000 to 192000 Hz, samples that are no finite numbers, or silence.
+SpeakerResponse ReadCheckedResponseFile(const std::string& path);
+
+}  // namespace tonvane

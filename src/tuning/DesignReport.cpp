@@ -1,0 +1,228 @@
+#include "tuning/DesignReport.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "amplifier/BiquadWords.h"
+#include "amplifier/FixedPoint.h"
+#include "design/CascadeResponse.h"
+#include "design/TargetShaping.h"
+#include "elementary/Elementary.h"
+
+namespace tonvane {
+
+namespace {
+
+constexpr double poorFitDb = 1.0;
+constexpr double passbandShare = 0.5;  // of the pass-band curve: inside
+constexpr double weakPassbandDb = -60.0;
+
+double powerDb(double power) {
+    return 10.0 * elementary::Log10(power);
+}
+
+// A curve of the design grid at a frequency, interpolated between its points. A response file may
+// name any rate, a negative one among them.
+double onDesignGrid(const DesignCurve& curve, double hertz, int32_t sampleRate) {
+    const double position =
+        std::clamp(hertz * designLength / sampleRate, 0.0, designPoints - 1.001);
+    const auto i = static_cast<int32_t>(position);
+    const double t = position - i;
+    return (1.0 - t) * curve[i] + t * curve[i + 1];
+}
+
+std::string format(const char* form, double value) {
+    char text[160];
+    std::snprintf(text, sizeof text, form, value);
+    return text;
+}
+
+void addSections(const IirFitter& fitter, DesignReport& report) {
+    for (int32_t k = 0; k < fitter.sectionCount; ++k) {
+        const double* b = &fitter.numeratorSections[3 * k];
+        const double* a = &fitter.denominatorSections[3 * k];
+        DesignReport::Section section{fitter.sectionGain * b[0],
+                                      fitter.sectionGain * b[1],
+                                      fitter.sectionGain * b[2],
+                                      a[1],
+                                      a[2],
+                                      {}};
+        std::copy_n(fitter.coefficientWords.begin() + wordsPerBiquad * k, wordsPerBiquad,
+                    section.words.begin());
+        for (const double coefficient :
+             {section.b0, section.b1, section.b2, -section.a1, -section.a2}) {
+            report.isFinite = report.isFinite && std::isfinite(coefficient);
+            report.wrappedCoefficients += FitsCoefWord(coefficient) ? 0 : 1;
+        }
+        report.sections.push_back(section);
+    }
+}
+
+void addCurves(const TuningRun& run, const ProgramValues& values, DesignReport& report) {
+    const EqDesigner& designer = run.eqDesigner;
+    const TargetRecord& target = run.curves[run.currentCurve];
+    const double rawLevelDb = report.levelDb - report.gainClampDb;
+    DesignReport::Curves& curves = report.curves;
+    for (const double hertz : IirFitter::comparisonFrequencies()) {
+        if (hertz > run.designRate / 2.0) {
+            break;
+        }
+        curves.frequency.push_back(hertz);
+        curves.target.push_back(powerDb(TargetPowerAt(target, values.TargetCurveKind, hertz)) +
+                                rawLevelDb);
+        curves.measured.push_back(
+            powerDb(onDesignGrid(designer.measuredPower, hertz, designer.sampleRate)));
+    }
+    curves.fir = FirResponseDb(run.iirFitter.taps.first(run.iirFitter.tapCount), curves.frequency,
+                               run.designRate);
+    for (double& value : curves.fir) {
+        value -= report.gainClampDb;
+    }
+    curves.filter =
+        CascadeResponseDb(run.iirFitter.coefficientWords, curves.frequency, run.designRate);
+}
+
+void compareFit(DesignReport& report) {
+    const DesignReport::Curves& curves = report.curves;
+    double squares = 0.0;
+    for (size_t i = 0; i < curves.frequency.size(); ++i) {
+        const double difference = curves.filter[i] - curves.fir[i];
+        squares += difference * difference;
+        if (std::fabs(difference) > report.fitLargestDb) {
+            report.fitLargestDb = std::fabs(difference);
+            report.fitLargestHz = curves.frequency[i];
+        }
+    }
+    report.fitRmsDb = std::sqrt(squares / static_cast<double>(curves.frequency.size()));
+    report.isFinite = report.isFinite && std::isfinite(report.fitRmsDb);
+}
+
+// The standard deviation of the response, through the filter if `equalized`, from the target over
+// the points of the grid inside the pass-band.
+double deviationDb(const DesignReport::Curves& curves, const TargetRecord& target, bool equalized) {
+    const double low = target.points[TargetRecord::lowEdge].frequency;
+    const double high = target.points[TargetRecord::highEdge].frequency;
+    double sum = 0.0;
+    double squares = 0.0;
+    double count = 0.0;
+    for (size_t i = 0; i < curves.frequency.size(); ++i) {
+        if (curves.frequency[i] < low || curves.frequency[i] > high) {
+            continue;
+        }
+        const double difference =
+            curves.measured[i] + (equalized ? curves.filter[i] : 0.0) - curves.target[i];
+        sum += difference;
+        squares += difference * difference;
+        count += 1.0;
+    }
+    const double mean = sum / count;
+    return count > 0.0 ? std::sqrt(std::max(squares / count - mean * mean, 0.0)) : 0.0;
+}
+
+// The largest measured power inside the pass-band, dB.
+double passbandLevelDb(const EqDesigner& designer) {
+    double largest = 0.0;
+    for (int32_t i = 0; i < designPoints; ++i) {
+        if (designer.passband[i] > passbandShare) {
+            largest = std::max(largest, designer.measuredPower[i]);
+        }
+    }
+    const double overall = *std::ranges::max_element(designer.measuredPower);
+    return powerDb(largest / overall);
+}
+
+void addWarnings(const EqDesigner& designer, DesignReport& report) {
+    auto& warnings = report.warnings;
+    if (!report.isFinite) {
+        warnings.emplace_back("The design did not give numbers; do not use the filter.");
+    }
+    if (!(report.largestPoleRadius < 1.0)) {
+        warnings.push_back(format("The filter is unstable: its largest pole has radius %.6f.",
+                                  report.largestPoleRadius));
+    }
+    if (report.wrappedCoefficients > 0) {
+        warnings.push_back(format("%.0f coefficients lie outside -4 to 4 and have wrapped.",
+                                  report.wrappedCoefficients));
+    }
+    if (report.fitRmsDb > poorFitDb) {
+        warnings.push_back(
+            format("The biquads follow the FIR badly, by %.2f dB RMS.", report.fitRmsDb));
+    }
+    if (passbandLevelDb(designer) < weakPassbandDb) {
+        warnings.emplace_back("The response has almost nothing inside the pass-band.");
+    }
+    if (report.gainClampDb == 0.0) {
+        warnings.emplace_back(
+            "With a gain clamp of 0 dB a filter that may only cut has nothing to cut: the result "
+            "is "
+            "flat. Give a gain clamp of -1 to -12 dB.");
+    }
+}
+
+const char* polarityName(int32_t polarity) {
+    return polarity > 0 ? "positive" : polarity < 0 ? "negative" : "unknown";
+}
+
+}  // namespace
+
+DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values) {
+    const ResponseAnalyzer& analyzer = run.responseAnalyzer;
+    const EqDesigner& designer = run.eqDesigner;
+    DesignReport report;
+    report.sampleRate = run.designRate;
+    report.delaySamples = analyzer.delaySamples;
+    report.polarity = analyzer.polarity;
+    report.cutoffHz = analyzer.cutoffHz;
+    report.hasTimeSignal = !values.ResponseIsCsv;
+    report.loudnessDb = powerDb(designer.measuredLoudness);
+    report.gainClampDb = designer.gainClampDb;
+    report.levelDb = powerDb(designer.level);
+    report.loudnessRatioDb = 2.0 * powerDb(designer.loudnessRatio);
+    report.fitDistance = run.iirFitter.bestDistance;
+    report.fitPass = run.iirFitter.bestPass + 1;
+    report.largestPoleRadius = LargestPoleRadius(run.iirFitter.coefficientWords);
+    report.isFinite = report.fitPass > 0;
+    addSections(run.iirFitter, report);
+    addCurves(run, values, report);
+    compareFit(report);
+    const TargetRecord& target = run.curves[run.currentCurve];
+    report.deviationBeforeDb = deviationDb(report.curves, target, false);
+    report.deviationAfterDb = deviationDb(report.curves, target, true);
+    addWarnings(designer, report);
+    return report;
+}
+
+std::string SummaryText(const DesignReport& report) {
+    std::string text;
+    const auto line = [&](const char* name, const std::string& value) {
+        char head[40];
+        std::snprintf(head, sizeof head, "  %-18s ", name);
+        text += head + value + "\n";
+    };
+    line("sample rate", std::to_string(report.sampleRate) + " Hz");
+    if (report.hasTimeSignal) {
+        line("delay", std::to_string(report.delaySamples) + " samples");
+        line("polarity", polarityName(report.polarity));
+        line("cutoff", std::to_string(report.cutoffHz) + " Hz");
+    } else {
+        line("delay, polarity", "unknown (the response is a table of levels)");
+    }
+    line("loudness", format("%.1f dB", report.loudnessDb));
+    line("gain clamp", format("%.0f dB", report.gainClampDb));
+    line("equalized", format("%+.2f dB against the raw response", report.loudnessRatioDb));
+    line("off the target", format("%.1f dB RMS as measured", report.deviationBeforeDb) +
+                               format(", %.1f dB RMS equalized", report.deviationAfterDb));
+    line("biquads", format("%.2f dB RMS off the FIR", report.fitRmsDb) +
+                        format(", at most %.2f dB", report.fitLargestDb) +
+                        format(" (at %.0f Hz)", report.fitLargestHz) +
+                        format(", pass %.0f of 50", report.fitPass));
+    line("largest pole", format("%.5f", report.largestPoleRadius) +
+                             (report.largestPoleRadius < 1.0 ? " (stable)" : " (UNSTABLE)"));
+    for (const std::string& warning : report.warnings) {
+        text += "Warning: " + warning + "\n";
+    }
+    return text;
+}
+
+}  // namespace tonvane

@@ -1,0 +1,69 @@
+// What a person would ask of a finished design.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tuning/TuningRun.h"
+
+namespace tonvane {
+
+struct DesignReport {
+    int32_t sampleRate = 0;  // Hz
+    int32_t delaySamples = 0;
+    int32_t polarity = 0;  // +1, -1; 0 for a response without a time signal
+    int32_t cutoffHz = 0;
+    bool hasTimeSignal = false;  // false for a table: delay, polarity and cutoff are not measured
+    double loudnessDb = 0.0;     // weighted level of the raw response
+    double gainClampDb = 0.0;
+    double levelDb = 0.0;          // level of the target that the search reached
+    double loudnessRatioDb = 0.0;  // equalized against raw, before the clamp is taken out
+    // RMS deviation of the response from the target between the band edges, each at its own best
+    // level: as measured, and through the filter.
+    double deviationBeforeDb = 0.0;
+    double deviationAfterDb = 0.0;
+    double fitDistance = 0.0;         // of the kept pass: squared decimal logs over the grid
+    int32_t fitPass = 0;              // the kept pass, 1 to 50; 0 when none gave a number
+    double fitRmsDb = 0.0;            // words against FIR over the grid
+    double fitLargestDb = 0.0;        // the largest difference
+    double fitLargestHz = 0.0;        // where it lies
+    double largestPoleRadius = 0.0;   // of the words
+    int32_t wrappedCoefficients = 0;  // beyond the 3.23 range
+
+    struct Section {
+        double b0, b1, b2, a1, a2;  // as designed, a0 = 1
+        std::array<int32_t, 5> words;
+    };
+    std::vector<Section> sections;
+
+    // On the comparison grid, dB. The level drop of the gain clamp is taken out, so that
+    // response + filter is the equalized response and lies beside the target.
+    struct Curves {
+        std::vector<double> frequency;  // Hz
+        std::vector<double> target;     // at the level that the search reached
+        std::vector<double> measured;   // smoothed response
+        std::vector<double> fir;
+        std::vector<double> filter;  // read back from the words
+    };
+    Curves curves;
+
+    // Sentences for the person, worst first; empty for a design that may be used as it is.
+    std::vector<std::string> warnings;
+
+    // Whether every figure that the words come from is a number.
+    bool isFinite = false;
+
+    // Whether an amplifier may be given the words.
+    [[nodiscard]] bool isUsable() const {
+        return isFinite && largestPoleRadius < 1.0 && wrappedCoefficients == 0;
+    }
+};
+
+// Gathers the report of a run whose design has gone through.
+DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values);
+
+// The report as text of some lines for a terminal.
+std::string SummaryText(const DesignReport& report);
+
+}  // namespace tonvane

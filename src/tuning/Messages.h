@@ -1,0 +1,31 @@
+// What a tuning run says to the person in front of it.
+#pragma once
+
+#include <string>
+
+namespace tonvane {
+
+class Messages {
+  public:
+    virtual ~Messages() = default;
+
+    // An error of the run; the run goes on.
+    virtual void error(const std::string& text) = 0;
+
+    // A question that is answered with OK (true) or Cancel.
+    virtual bool confirm(const std::string& text, const std::string& caption) = 0;
+
+    // Status text 1 or 2 has changed.
+    virtual void status(int line, const std::string& text) = 0;
+};
+
+// What a tuning run tells a display. A run without one has none.
+class TuningView {
+  public:
+    virtual ~TuningView() = default;
+
+    virtual void UpdateResultList() = 0;
+    virtual void RedrawCurves() = 0;
+};
+
+}  // namespace tonvane

@@ -1,0 +1,40 @@
+// The values that the whole program shares: made by the entry, passed by reference.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "files/TargetFile.h"
+
+namespace tonvane {
+
+struct ProgramValues {
+    int32_t InputSampleRate = 48000;   // Hz; of measurements and of tables
+    int32_t FilterSampleRate = 48000;  // Hz; becomes entry 0 of the rate table
+    bool ResponseIsCsv = true;         // false: an impulse response, designed from the time domain
+
+    // Hz. Entry 0 is the current output rate, the others are the rates to choose from.
+    std::array<int32_t, 7> SampleRateTable{48000, 32000, 44100, 48000, 88000, 96000, 192000};
+
+    double CsvBinSpacing = 0.0;  // Hz per bin of the last table's spectrum
+
+    std::string AppDirectory;      // the working directory at start, with a slash behind it
+    std::string FilterFilePath;    // where the filter file goes; empty for none
+    std::string ResponseFilePath;  // the response of the command line; empty for none
+    std::string TargetFilePath;    // the target file of the command line; empty for none
+
+    // What every curve starts from and Reset goes back to, the kind of all curves, and the gain
+    // clamp in dB at the start.
+    TargetRecord DefaultTargetCurve = BuiltInTargetCurve;
+    int32_t TargetCurveKind = zeroCurve;
+    int32_t InitialGainClamp = 0;
+};
+
+// Names of the measured positions.
+constexpr std::array<const char*, 5> SpeakerNames{"LTop", "RTop", "LBot", "RBot", "(Noise)"};
+
+// The working directory followed by a slash.
+std::string WorkingDirectory();
+
+}  // namespace tonvane

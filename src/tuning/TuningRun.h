@@ -1,0 +1,137 @@
+// The state of a tuning run and its chain from a response to the files, without a window.
+//
+// One long-lived object of several hundred kilobytes, made after the transform tables and never
+// copied. All operations run on one thread to their end. Errors go to Messages and the run goes on;
+// a response that could not be used leaves responseAnalyzer.valid clear.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "amplifier/AmplifierSettings.h"
+#include "analysis/ResponseAnalyzer.h"
+#include "design/EqDesigner.h"
+#include "design/IirFitter.h"
+#include "files/AddressConfig.h"
+#include "files/CsvTable.h"
+#include "files/DesignParameters.h"
+#include "link/AmpLink.h"
+#include "signal/MeasurementConfig.h"
+#include "tuning/Messages.h"
+#include "tuning/ProgramValues.h"
+
+namespace tonvane {
+
+class TuningRun {
+  public:
+    static constexpr int32_t tapCount = 256;
+    static constexpr int32_t sectionCount = 7;
+    static constexpr int32_t gainSteps = 13;  // 0 to -12 dB
+
+    // `values` and `messages` outlive the run; `view` may be null. The link starts without a
+    // connection; the port is where its server listens.
+    TuningRun(ProgramValues& values, Messages& messages, TuningView* view = nullptr,
+              uint16_t linkPort = CAmpLink::usualPort,
+              std::unique_ptr<LinkTransport> transport = std::make_unique<TcpTransport>());
+    TuningRun(const TuningRun&) = delete;
+    TuningRun& operator=(const TuningRun&) = delete;
+
+    // The start of a run: rates, curves and gain clamp from the program values, the address file of
+    // AppDirectory, and, when there is a ResponseFilePath, the load and design of that response.
+    void InitTuningState();
+
+    // Loads a file, designs, and refreshes the view. A path in lower case is tried first.
+    void OpenResponseFile(const std::string& path);
+    void OpenCsvFile(const std::string& path);
+
+    // Reads a speaker response file; false, with everything as it was, if it cannot be opened. The
+    // measuring rate becomes the file's.
+    bool LoadResponseFile(const std::string& path);
+
+    // Reads a table of frequencies and levels at InputSampleRate. A file that gives no row is told
+    // of and leaves no valid response.
+    void ImportCsvFile(const std::string& path);
+
+    // Takes a response that has been read: 32768 samples of an impulse response, or the rows of
+    // csvTable, in any order.
+    void takeImpulse(int32_t sampleRate, std::span<const double> samples);
+    void takeCsvTable();
+
+    // The one entry into the design: takes the current curve over and, with a response, designs and
+    // programs the amplifier if there is a link.
+    void RunDesign();
+
+    // Sends the equalizer group inside the shutdown bracket: the designed sections if amplifier's
+    // Biq is on, else unity; nothing inside it without a valid response.
+    void ProgramAmplifier();
+
+    // The current curve was edited: takes it over and, with `redesign`, designs.
+    void ApplyCurveEdit(const TargetRecord& edited, bool redesign);
+
+    // The current curve back to DefaultTargetCurve.
+    void ResetCurve();
+
+    // Entry 1 to 6 of the rate table becomes every rate, and a response of the command line is
+    // loaded again.
+    void ChangeInputRate(int32_t tableIndex);
+
+    void LoadDesignParameters(const std::string& path);
+    std::optional<std::string> SaveDesignParameters(const std::string& path) const;
+
+    // The end of a run: writes the filter file and the target file where the program values name
+    // them, after a question if promptOnExit is set.
+    void SaveFiltersOnExit();
+
+    // Writes the filter file of a valid response; the reason of a failure.
+    std::optional<std::string> WriteFilterFile();
+
+    void SetStatusLine(int line, const std::string& text);
+
+    // Five words for each of the seven sections; empty without a valid response.
+    [[nodiscard]] std::span<const int32_t> designedSections() const;
+
+    // The gain clamp in dB: minus the selected index.
+    [[nodiscard]] double gainClampDb() const { return -gainIndex; }
+
+    int32_t speakerIndex = 0;  // index into SpeakerNames
+    int32_t designRate = 0;    // Hz, of the fit
+    int32_t graphLowHz = 20;   // range of the plot
+    int32_t graphHighHz = 24000;
+    std::array<TargetRecord, curveCount> curves{};
+    int32_t currentCurve = 0;     // 0 to 9
+    bool responseReady = false;   // a response has been loaded or measured
+    bool promptOnExit = false;    // ask before saving
+    int32_t gainIndex = 0;        // minus the gain clamp in dB; -1 for no selection
+    int32_t filterRateIndex = 0;  // into SampleRateTable
+    int32_t inputRateIndex = 0;   // 0 to 5: entry of SampleRateTable less one
+    std::string StatusLine1;
+    std::string StatusLine2;
+
+    ResponseAnalyzer responseAnalyzer;
+    CsvTable csvTable;
+    EqDesigner eqDesigner;
+    IirFitter iirFitter;
+    MeasurementConfig measurement;
+    RegisterAddressConfig registerAddresses;
+    AmplifierSettings amplifier;
+    CAmpLink ampLink;
+
+  private:
+    void DesignAndProgram();
+    void design();
+    void loadCommandLineResponse();
+    void finishLoad();
+    void selectGain(int64_t index);
+    void SaveTargetFile();
+    [[nodiscard]] int32_t itemOfInputRate() const;
+
+    ProgramValues& values_;
+    Messages& messages_;
+    TuningView* view_;
+};
+
+}  // namespace tonvane

@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+
+#include "app/CommandLine.h"
+#include "files/TestFiles.h"
+
+namespace tonvane {
+namespace {
+
+using Tokens = std::vector<std::string>;
+
+struct ErrorMessages : Messages {
+    void error(const std::string& text) override { errors.push_back(text); }
+    bool confirm(const std::string& /*text*/, const std::string& /*caption*/) override {
+        return true;
+    }
+    void status(int /*line*/, const std::string& /*text*/) override {}
+
+    Tokens errors;
+};
+
+TEST(CommandLine, IsSplitByTheRulesThatCallersRelyOn) {
+    for (const auto& [raw, tokens] : std::vector<std::pair<std::string, Tokens>>{
+             {"", {}},
+             {"-cmd", {"-cmd"}},
+             {"a  b ", {"a", "", "b", ""}},
+             {" ", {"", ""}},
+             {"a\tb", {"a\tb"}},
+             {R"("a b" c)", {"a b", "c"}},
+             {R"("" b "")", {"", "b", ""}},
+             {R"("a "b" c)", {"a \"b", "c"}},
+             {R"("a" b" c)", {"a", "", "c"}},
+             {R"("a b )", {"a b "}},
+             {R"("a b" )", {"a b", ""}},
+             {R"(abc"d e" f)", {"bc\"d e", "f"}},
+             {R"(ab"c)", {"b\"c"}},
+             {R"(")", {""}},
+             {R"(""")", {"\""}},
+             {R"(" a")", {"", ""}},
+             {R"(a ")", {"a", ""}},
+         }) {
+        EXPECT_EQ(TokenizeCommandLine(raw), tokens) << raw;
+    }
+}
+
+TEST(CommandLine, IsRebuiltSoThatTheArgumentsComeBack) {
+    for (const Tokens& arguments : {
+             Tokens{"-cmd", "48000", "r.qsr", "qsr", ".\\f.txt", "t.txt", "-noprompt"},
+             Tokens{"-cmd", "", "a folder/r b.qsr", "", "", "", ""},
+             Tokens{"-cmd", "say \"so", "\"quoted\"", "\"", "a\"b", "tab\t", "\\", "end "},
+         }) {
+        EXPECT_EQ(TokenizeCommandLine(CommandTail(arguments)), arguments);
+    }
+}
+
+TEST(CommandLine, PutsTheFilterFileWhereTheCallerMeansIt) {
+    for (const auto& [token, path] : std::vector<std::pair<std::string, std::string>>{
+             {R"(.\f.txt)", "/app/f.txt"},
+             {R"(.\sub\f.txt)", R"(/app/sub\f.txt)"},
+             {R"(..\f.txt)", R"(/app/\f.txt)"},
+             {R"(.hidden\f.txt)", R"(/app/idden\f.txt)"},
+             {".f", "/app/"},
+             {".", "/app/"},
+             {"f.txt", "/app/f.txt"},
+             {"x/f.txt", "/app/x/f.txt"},
+             {R"(D:\x\f.txt)", R"(D:\x\f.txt)"},
+             {R"(x\.f)", R"(x\.f)"},
+             {R"(\f.txt)", R"(\f.txt)"},
+         }) {
+        EXPECT_EQ(ResolveFilterPath(token, "/app/"), path);
+    }
+}
+
+TEST(CommandLine, SetsTheValuesOfABatchStart) {
+    const struct {
+        Tokens tokens;
+        int32_t rate;
+        std::string response;
+        bool isCsv;
+        std::string filter, target;
+        bool prompt;
+    } cases[] = {
+        {{}, 48000, "", true, "", "", false},
+        {{"-cmd", "44100"}, 48000, "", true, "", "", false},
+        {{"-CMD", "44100", "r", "qsr", "f"}, 48000, "", true, "", "", false},
+        {{"-cmd", "44100", "R.csv"}, 44100, "R.csv", true, "", "", false},
+        {{"-cmd", "44100", "r", "csv", "f"}, 44100, "r", true, "/app/f", "", true},
+        {{"-cmd", "", "r", "qsr", "f", "t", "-noprompt"}, 48000, "r", false, "/app/f", "t", false},
+        {{"-cmd", "96000", "r", "qsr", "f", "t", ""}, 96000, "r", false, "/app/f", "t", true},
+        {{"-cmd", "1", "r", "qsr", "f", "-noprompt"}, 1, "r", false, "/app/f", "-noprompt", true},
+        {{"-cmd", "1", "r", "qsr", "", "t", "x"}, 1, "r", false, "", "t", false},
+        {{"-cmd", "0", "r", "QSR"}, 48000, "r", true, "", "", false},
+        {{"-cmd", "-5", "r", ""}, 48000, "r", true, "", "", false},
+        {{"-cmd", "x44100", "r", "csv"}, 48000, "r", true, "", "", false},
+        {{"-cmd", " 32000Hz", "", "qsr"}, 32000, "", false, "", "", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.tokens));
+        ProgramValues values;
+        values.AppDirectory = "/app/";
+        ErrorMessages messages;
+        EXPECT_EQ(InterpretCommandLine(c.tokens, values, messages), c.prompt);
+        EXPECT_EQ(values.InputSampleRate, c.rate);
+        EXPECT_EQ(values.FilterSampleRate, c.rate);
+        EXPECT_EQ(values.ResponseFilePath, c.response);
+        EXPECT_EQ(values.ResponseIsCsv, c.isCsv);
+        EXPECT_EQ(values.FilterFilePath, c.filter);
+        EXPECT_EQ(values.TargetFilePath, c.target);
+        EXPECT_TRUE(messages.errors.empty());  // a missing target file is none
+    }
+}
+
+TEST(CommandLine, TakesADamagedTargetFileAsFarAsItGoes) {
+    const tests::TemporaryFolder folder;
+    const std::string path = folder.write("t.txt", "-savedcurve\n-4\n90,2\nx");
+    ProgramValues values;
+    ErrorMessages messages;
+    InterpretCommandLine(Tokens{"-cmd", "", "r", "csv", "", path}, values, messages);
+    EXPECT_EQ(messages.errors, Tokens{"Failed to load desired response data. File is missing."});
+    EXPECT_EQ(values.TargetCurveKind, savedCurve);
+    EXPECT_EQ(values.InitialGainClamp, -4);
+    EXPECT_EQ(values.DefaultTargetCurve.points[0], (CurvePoint{90, 2}));
+}
+
+}  // namespace
+}  // namespace tonvane

@@ -1,0 +1,93 @@
+// Register dumps, and filter files as a person hands them in.
+#include <gmock/gmock.h>
+
+#include "files/FilterFile.h"
+#include "files/RegisterDump.h"
+#include "files/TestFiles.h"
+
+namespace tonvane {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+TEST(RegisterDump, HasALineForEveryRegister) {
+    std::vector<int32_t> asked;
+    const std::string text = FormatRegisterDump([&](int32_t reg, std::span<uint8_t> contents) {
+        asked.push_back(reg);
+        for (size_t i = 0; i < contents.size(); ++i) {
+            contents[i] = static_cast<uint8_t>(16 * i + static_cast<size_t>(reg) % 16);
+        }
+    });
+    EXPECT_EQ(std::ranges::count(text, '\n'), 120);
+    EXPECT_EQ(asked.size(), 119U);
+    EXPECT_EQ(std::ranges::count(asked, 0x55), 0);
+    for (const char* line :
+         {"00\t00\n01\t01\n", "\n20\t00102030\n", "\n3B\t0B1B2B3B 4B5B6B7B\n",
+          "\n58\t08182838 48586878 8898A8B8 C8D8E8F8 08182838\n", "\n55\t\n56\t06162636\n"}) {
+        EXPECT_THAT(text, HasSubstr(line));
+    }
+    EXPECT_THAT(text, EndsWith("\n77\t07172737\n"));
+}
+
+TEST(FilterFile, BothShapesAreReadBack) {
+    const tests::TemporaryFolder folder;
+    RegisterAddressConfig config;
+    config.addresses = {0x30, 0x31, 5, 0xFF, 0x29, 0x2A, 0x1234567};
+    std::vector<int32_t> words(35);
+    for (int32_t i = 0; i < 35; ++i) {
+        words[i] = (i * 0x1F2E3D5) & 0x3FFFFFF;
+    }
+    for (const int32_t format : {4, 20}) {
+        config.outputFormat = format;
+        std::string text = FormatFilterFile(words, config);
+        text.insert(text.find("\n0x31"), " \t\r\n\n");
+        const auto records = ReadCheckedFilterFile(folder.write("f", text));
+        for (int32_t k = 0; k < 7; ++k) {
+            EXPECT_EQ(records[k].address, config.addresses[k]);
+            EXPECT_THAT(records[k].words,
+                        testing::ElementsAreArray(std::span(words).subspan(5 * k, 5)));
+        }
+    }
+}
+
+TEST(FilterFile, WhatIsWrongIsToldWithItsLine) {
+    const tests::TemporaryFolder folder;
+    const std::string zeros = " 00 00 00 00";
+    const std::string section = zeros + zeros + zeros + zeros + zeros + "\n";
+    std::string six;
+    for (const char* address : {"0x29", "0x2A", "0x2B", "0x2C", "0x2D", "0x2E"}) {
+        six += address + section;
+    }
+    const std::string expectAddress = "expected an address such as 0x29 and 20 or 4 bytes";
+    const std::string expectMore = "expected 0xFF and the next 4 bytes of the section";
+    const std::string expectWord = "expected words of four bytes up to 03 FF FF FF";
+    const std::pair<std::string, std::string> cases[] = {
+        {"", ":0: the file ends before the end of the seventh section"},
+        {six, ":6: the file ends before the end of the seventh section"},
+        {six + "0x2F" + zeros + "\n0xFF" + zeros, ":8: the file ends before"},
+        {six + "0x2F" + section + "\n0x30" + section, ":9: expected nothing behind the seventh"},
+        {"29" + section, ":1: " + expectAddress},
+        {"0x" + section, ":1: " + expectAddress},
+        {"0x12345678" + section, ":1: " + expectAddress},
+        {"0x29 00 00 00\n", ":1: " + expectAddress},
+        {"0x29" + zeros + zeros + "\n", ":1: " + expectAddress},
+        {"0x29" + zeros + "\n0x2A" + zeros, ":2: " + expectMore},
+        {"0x29" + zeros + "\n0xFF" + section, ":2: " + expectMore},
+        {"0x29 04 00 00 00\n", ":1: " + expectWord},
+        {"0x29 FF 80 00 00\n", ":1: " + expectWord},
+        {"0x29 00 00 000 0\n", ":1: " + expectWord},
+        {"0x29 00 0x 00 00\n", ":1: " + expectWord},
+    };
+    for (const auto& [text, complaint] : cases) {
+        const std::string path = folder.write("f", text);
+        EXPECT_THAT(tests::ComplaintOf([&] { ReadCheckedFilterFile(path); }),
+                    testing::StartsWith(path + complaint))
+            << text;
+    }
+    EXPECT_THAT(tests::ComplaintOf([&] { ReadCheckedFilterFile(folder / "none"); }),
+                EndsWith("none: cannot be opened"));
+}
+
+}  // namespace
+}  // namespace tonvane

@@ -1,0 +1,167 @@
+#include <cmath>
+
+#include <gmock/gmock.h>
+
+#include "files/CsvTable.h"
+#include "files/TestFiles.h"
+
+namespace tonvane {
+namespace {
+
+using Rows = std::vector<std::pair<double, double>>;
+
+CsvTable tableOf(const Rows& rows) {
+    CsvTable table;
+    table.allocate();
+    for (const auto& [hertz, decibels] : rows) {
+        table.add(hertz, decibels);
+    }
+    return table;
+}
+
+Rows rowsOf(const CsvTable& table) {
+    Rows rows;
+    for (int32_t i = 0; i < table.count; ++i) {
+        rows.emplace_back(table.frequency[i], table.level[i]);
+    }
+    return rows;
+}
+
+std::string manyRows(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        text += std::to_string(i) + ",1\n";
+    }
+    return text;
+}
+
+TEST(CsvRows, EndAtTheFirstLineOfAnotherForm) {
+    const tests::TemporaryFolder folder;
+    const struct {
+        std::string text;
+        Rows rows;  // none: the import has failed
+    } cases[] = {
+        {"300,-1\n20,2.5\n100,+.5\n", {{300, -1}, {20, 2.5}, {100, 0.5}}},
+        {"20,1\r\n30,-2\r\n", {{20, 1}, {30, -2}}},
+        {"\n 20, 1\n\n\t30,2", {{20, 1}, {30, 2}}},
+        {"2e1,1E-1 3.e+1,2\n \n", {{20, 0.1}, {30, 2}}},
+        {"20,1\n30;2\n40,3\n", {{20, 1}, {30, 1}}},
+        {"20,1\nthirty,2\n40,3\n", {{20, 1}, {20, 1}}},
+        {"20,1\n30 ,2\n40,3\n", {{20, 1}, {30, 1}}},
+        {"20,1\n30,\n", {{20, 1}, {30, 1}}},
+        {"20,1\n30,nan\n40,3", {{20, 1}, {30, 1}}},
+        {"20,1\n1e999,-1e999\n1e-999,2\n", {{20, 1}, {HUGE_VAL, -HUGE_VAL}, {0, 2}}},
+        {"", {}},
+        {" \r\n\n", {}},
+        {"Frequency,Level\n20,1\n", {}},
+        {"20\n30,1\n", {}},
+        {"nan,0\n", {}},
+    };
+    for (const auto& c : cases) {
+        CsvTable table = tableOf({{9, 9}});
+        EXPECT_EQ(ReadCsvRows(folder.write("t.csv", c.text), table), !c.rows.empty()) << c.text;
+        EXPECT_EQ(rowsOf(table), c.rows) << c.text;
+    }
+    CsvTable table = tableOf({{9, 9}});
+    EXPECT_FALSE(ReadCsvRows(folder / "none.csv", table));
+    EXPECT_EQ(table.count, 0);
+    EXPECT_TRUE(ReadCsvRows(folder.write("t.csv", manyRows(40000)), table));
+    EXPECT_EQ(table.count, 32768);
+    EXPECT_EQ(table.frequency[32767], 32767.0);
+}
+
+TEST(CsvRows, OfEqualFrequencyKeepTheirOrder) {
+    Rows rows;
+    Rows sorted;
+    for (int i = 0; i < 300; ++i) {
+        rows.emplace_back(-(i % 3), i);
+        sorted.emplace_back(i / 100 - 2, i % 100 * 3 + 2 - i / 100);
+    }
+    CsvTable table = tableOf(rows);
+    SortCsvRows(table);
+    EXPECT_EQ(rowsOf(table), sorted);
+}
+
+TEST(CsvMagnitudes, RoundFromAFractionOf49HundredthsUp) {
+    for (const auto& [position, bin] : Rows{{0, 0},
+                                            {0.4899, 0},
+                                            {0.49, 1},
+                                            {2.49, 3},
+                                            {2.4899, 2},
+                                            {7, 7},
+                                            {81.92, 82},
+                                            {-0.6, -1}}) {
+        EXPECT_EQ(RoundBin(position), bin) << position;
+    }
+}
+
+// Runs of one level each: the bin behind the last, and the level.
+void expectRuns(const CsvTable& table, double spacing, const Rows& runs) {
+    std::vector<double> magnitudes(32768, -1.0);
+    EXPECT_EQ(CsvToMagnitudes(table, magnitudes), spacing);
+    size_t k = 0;
+    for (const auto& [end, decibels] : runs) {
+        for (; k < static_cast<size_t>(end); ++k) {
+            ASSERT_NEAR(magnitudes[k], std::pow(10.0, decibels / 20.0), 1e-12) << k;
+        }
+    }
+    EXPECT_EQ(k, magnitudes.size());
+}
+
+TEST(CsvMagnitudes, HoldEachRowFromItsOwnBinToTheNextRows) {
+    expectRuns(tableOf({{20, 0}, {100, -6}, {20000, 0}}), 1.220703125,
+               {{82, 0}, {16384, -6}, {32768, 0}});
+    expectRuns(tableOf({{20, -3}, {24000.9, 5}}), 1.46484375, {{16385, -3}, {32768, 5}});
+    expectRuns(tableOf({{1000, -12}}), 1000.0 / 16384.0, {{32768, -12}});
+    // Of rows that share a bin the last one holds.
+    expectRuns(tableOf({{100, 9}, {100.1, 7}, {100.2, 1}, {16384, 2}}), 1.0,
+               {{100, 9}, {16384, 1}, {32768, 2}});
+    expectRuns(tableOf({{0.5, 4}}), 0.0, {{32768, 4}});  // no spacing at all
+}
+
+TEST(CsvTableEnd, StandsAtHalfTheRateWithTheLevelsAtTheirFrequencies) {
+    const struct {
+        Rows table, ended;
+    } cases[] = {
+        {{{20, 1}, {20000, 2}}, {{20, 1}, {20000, 2}, {24000, 2}}},
+        {{{20, 1}, {20000, 2}, {30000, 3}, {40000, 4}}, {{20, 1}, {20000, 2}, {24000, 2}}},
+        {{{20, 1}, {24000, 2}, {30000, 3}}, {{20, 1}, {24000, 2}}},
+        {{{20, 1}}, {{20, 1}, {24000, 1}}},
+        {{{30000, 1}, {40000, 2}}, {{24000, 1}}},
+    };
+    for (const auto& c : cases) {
+        CsvTable table = tableOf(c.table);
+        EndTableAtHalfRate(table, 48000);
+        EXPECT_EQ(rowsOf(table), c.ended);
+    }
+    // A step at 1 kHz of a table to 20 kHz lies at 1 kHz of a design at 48 kHz.
+    CsvTable table = tableOf({{20, 0}, {1000, -6}, {20000, -6}});
+    EndTableAtHalfRate(table, 48000);
+    expectRuns(table, 48000.0 / 32768.0, {{std::ceil(1000.0 * 32768 / 48000), 0}, {32768, -6}});
+}
+
+TEST(CheckedCsv, NamesTheLineAndWhatWasExpected) {
+    const tests::TemporaryFolder folder;
+    CsvTable table;
+    for (const auto& [text, complaint] : std::vector<std::pair<std::string, std::string>>{
+             {"Hz,dB\n20,1\n", ":1: expected a row"},
+             {"20,1\r\n\r\n30;2\r\n", ":3: expected a row"},
+             {"20,1\n30,2,3\n", ":2: expected a row"},
+             {"20,1\n30\n,2\n", ":2: expected a row"},
+             {"20,1\n30,nan\n", ":2: expected a row"},
+             {"20,1\n1e999,0\n", ":2: expected a frequency"},
+             {"20,1\n-1,0\n", ":2: expected a frequency"},
+             {"20,1\n30,401\n", ":2: expected a level"},
+             {manyRows(32769), ":32769: expected at most 32768 rows"},
+             {"\n \n", ": no rows"},
+         }) {
+        const std::string path = folder.write("t.csv", text);
+        EXPECT_THAT(tests::ComplaintOf([&] { ReadCheckedCsvRows(path, table); }),
+                    testing::StartsWith(path + complaint));
+    }
+    ReadCheckedCsvRows(folder.write("t.csv", "\xEF\xBB\xBF\r\n 20 , 1 \r\n\n30,-2"), table);
+    EXPECT_EQ(rowsOf(table), (Rows{{20, 1}, {30, -2}}));
+}
+
+}  // namespace
+}  // namespace tonvane

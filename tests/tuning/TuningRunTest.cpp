@@ -1,0 +1,286 @@
+// A tuning run without a window, from the values of a command line to the files at its end.
+#include <cmath>
+#include <limits>
+#include <memory>
+
+#include <gmock/gmock.h>
+
+#include "files/TestFiles.h"
+#include "transform/FftTables.h"
+#include "tuning/DesignReport.h"
+#include "tuning/TuningRun.h"
+
+namespace tonvane {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using tests::GoldenCase;
+using Texts = std::vector<std::string>;
+
+struct RecordingMessages : Messages {
+    void error(const std::string& text) override { errors.push_back(text); }
+    bool confirm(const std::string& text, const std::string& caption) override {
+        questions.push_back(caption + ": " + text);
+        return answer;
+    }
+    void status(int line, const std::string& text) override {
+        states.push_back(std::to_string(line) + text);
+    }
+
+    bool answer = true;
+    Texts errors, questions, states;
+};
+
+class TuningRunTest : public testing::Test {
+  protected:
+    // As the command line of a golden case sets them.
+    void setGolden(const GoldenCase& golden) {
+        setRate(tests::GoldenFigures(golden)["inputRate"]);
+        values.ResponseIsCsv = golden.isCsv;
+        values.ResponseFilePath = tests::GoldenPath(golden.response);
+        TargetSettings settings;
+        LoadTargetFile(tests::GoldenPath(golden.target), settings);
+        values.DefaultTargetCurve = settings.curve;
+        values.TargetCurveKind = settings.kind;
+        values.InitialGainClamp = settings.gainClampDb;
+    }
+    void setRate(int32_t rate) { values.InputSampleRate = values.FilterSampleRate = rate; }
+    void start() {
+        InitFftTables(responseLength);
+        run = std::make_unique<TuningRun>(values, messages);
+        run->InitTuningState();
+    }
+    [[nodiscard]] const std::vector<int32_t>& words() const {
+        return run->iirFitter.coefficientWords;
+    }
+
+    tests::TemporaryFolder folder;
+    ProgramValues values;
+    RecordingMessages messages;
+    std::unique_ptr<TuningRun> run;
+};
+
+class GoldenRun : public TuningRunTest, public testing::WithParamInterface<GoldenCase> {};
+
+TEST_P(GoldenRun, HasTheReferencesFilterAndFigures) {
+    const GoldenCase& golden = GetParam();
+    setGolden(golden);
+    start();
+    EXPECT_THAT(messages.errors, IsEmpty());
+    EXPECT_EQ(messages.states, (Texts{"1Analyzing Loaded Data ...", "1", "2"}));
+    tests::ExpectGoldenResponse(words(), golden);
+
+    const DesignReport report = MakeDesignReport(*run, values);
+    const nlohmann::json figures = tests::GoldenFigures(golden);
+    const auto dB = [&](const char* name) {
+        return 10.0 * std::log10(figures[name].get<double>());
+    };
+    EXPECT_EQ(report.sampleRate, figures["measuringRate"]);
+    EXPECT_EQ(report.hasTimeSignal, !golden.isCsv);
+    EXPECT_EQ(report.delaySamples, figures["delaySamples"]);
+    EXPECT_EQ(report.polarity, figures["polarity"]);
+    EXPECT_EQ(report.cutoffHz, figures["cutoffHz"]);
+    EXPECT_EQ(report.gainClampDb, figures["gainClampDb"]);
+    EXPECT_NEAR(report.loudnessDb, dB("measuredLoudness"), 1e-7);
+    EXPECT_NEAR(report.levelDb, dB("level"), 1e-7);
+    EXPECT_NEAR(report.loudnessRatioDb, 2.0 * dB("loudnessRatio"), 1e-7);
+    EXPECT_NEAR(report.fitRmsDb, figures["cascadeRmsDb"], 0.01);
+    EXPECT_NEAR(report.fitLargestDb, figures["cascadeMaxDb"], 0.03);
+    EXPECT_NEAR(report.largestPoleRadius, figures["maxPole"], 0.002);
+    EXPECT_EQ(report.wrappedCoefficients, 0);
+    EXPECT_LT(report.deviationAfterDb, report.deviationBeforeDb);
+    EXPECT_TRUE(report.isFinite);
+    EXPECT_THAT(report.warnings, IsEmpty());
+
+    ASSERT_EQ(report.curves.fir.size(), figures["gridHz"].size());
+    for (size_t i = 0; i < report.curves.fir.size(); ++i) {
+        ASSERT_NEAR(report.curves.frequency[i], figures["gridHz"][i], 1e-5);
+        ASSERT_NEAR(report.curves.fir[i], figures["firDb"][i], 2e-6);
+    }
+    ASSERT_EQ(report.sections.size(), 7U);
+    for (const auto& s : report.sections) {
+        const double coefficients[] = {s.b0, s.b1, s.b2, -s.a1, -s.a2};
+        for (size_t i = 0; i < 5; ++i) {
+            const int32_t word = s.words[i] >= 1 << 25 ? s.words[i] - (1 << 26) : s.words[i];
+            EXPECT_NEAR(coefficients[i] * 8388608.0, word, 0.5);
+        }
+    }
+
+    if (golden.isCsv) {
+        EXPECT_EQ(values.CsvBinSpacing, figures["csvBinSpacing"]);
+        std::vector<int32_t> runStarts;
+        const auto& bins = run->responseAnalyzer.response.spectrum;
+        for (int32_t k = 1; k < run->responseAnalyzer.bins; ++k) {
+            if (bins[k] != bins[k - 1]) {
+                runStarts.push_back(k);
+            }
+        }
+        EXPECT_EQ(runStarts, figures["csvRunStarts"].get<std::vector<int32_t>>());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Case, GoldenRun, testing::ValuesIn(tests::GoldenCases()),
+                         [](const auto& instance) {
+                             return instance.param.name.substr(0, instance.param.name.find('-'));
+                         });
+
+TEST_F(TuningRunTest, DesignsAtTheFilesRateAndFitsAtItsOwn) {
+    setGolden(tests::GoldenCases()[0]);
+    setRate(44100);
+    start();
+    EXPECT_EQ(run->responseAnalyzer.sampleRate, 48000.0);
+    EXPECT_EQ(run->eqDesigner.sampleRate, 48000);
+    EXPECT_EQ(run->iirFitter.sampleRate, 44100);
+    run->ChangeInputRate(5);
+    EXPECT_THAT((std::vector{values.InputSampleRate, values.FilterSampleRate, run->designRate,
+                             values.SampleRateTable[0], run->iirFitter.sampleRate}),
+                testing::Each(96000));
+    EXPECT_EQ(run->eqDesigner.sampleRate, 48000);
+}
+
+TEST_F(TuningRunTest, ReadsATableAtTheNewInputRate) {
+    setGolden(tests::GoldenCases()[2]);
+    start();
+    const auto before = words();
+    run->ChangeInputRate(2);
+    EXPECT_EQ(run->eqDesigner.sampleRate, 44100);
+    EXPECT_EQ(run->responseAnalyzer.sampleRate, 44100.0);
+    EXPECT_NE(words(), before);
+    run->ChangeInputRate(3);  // with the target still on the grid of 44100 Hz
+    run->ChangeInputRate(3);
+    EXPECT_EQ(words(), before);
+    values.ResponseFilePath.clear();  // what came another way is not loaded again
+    run->ChangeInputRate(2);
+    EXPECT_EQ(words(), before);
+}
+
+TEST_F(TuningRunTest, StartsWithTheClampAndTheRateItIsGiven) {
+    const struct {
+        int32_t fileGain, index;
+        double clampDb;
+        int32_t rate, rateItem;
+    } cases[] = {{-3, 3, -3.0, 32000, 0},
+                 {3, 3, -3.0, 44100, 1},
+                 {0, 0, 0.0, 192000, 5},
+                 {20, -1, 1.0, 22050, 2},
+                 {std::numeric_limits<int32_t>::min(), -1, 1.0, 48000, 2}};
+    for (const auto& c : cases) {
+        values.InitialGainClamp = c.fileGain;
+        setRate(c.rate);
+        start();
+        EXPECT_EQ(run->gainIndex, c.index);
+        EXPECT_EQ(run->gainClampDb(), c.clampDb);
+        EXPECT_EQ(std::signbit(run->gainClampDb()), c.clampDb < 0.0);  // 0 dB is not -0 dB
+        EXPECT_EQ(run->inputRateIndex, c.rateItem);
+        EXPECT_EQ(run->designRate, c.rate);
+    }
+}
+
+TEST_F(TuningRunTest, DesignsAfterAnEditOnlyWhenAsked) {
+    setGolden(tests::GoldenCases()[0]);
+    start();
+    const auto first = words();
+    const auto target = run->eqDesigner.targetPower;
+    TargetRecord edited = run->curves[0];
+    edited.points[3].level = -9;
+    run->ApplyCurveEdit(edited, false);
+    EXPECT_EQ(words(), first);
+    EXPECT_NE(run->eqDesigner.targetPower, target);
+    run->ApplyCurveEdit(edited, true);
+    EXPECT_NE(words(), first);
+
+    run->ResetCurve();  // to the target file's curve; and one input has one result
+    EXPECT_EQ(run->curves[0], values.DefaultTargetCurve);
+    EXPECT_EQ(words(), first);
+    run->OpenResponseFile(values.ResponseFilePath);
+    EXPECT_EQ(words(), first);
+}
+
+TEST_F(TuningRunTest, TakesCurvesAndClampFromAParameterFile) {
+    setGolden(tests::GoldenCases()[1]);
+    start();
+    const auto first = words();
+    run->LoadDesignParameters(folder.write(
+        "p.txt", "[Global]\nTargetCurveIndex=12\nEqAttn=13\n[TargetCurveTop9]\npts0_y=-8\n"));
+    EXPECT_EQ(run->currentCurve, 9);
+    EXPECT_EQ(run->eqDesigner.gainClampDb, 1.0);  // beyond the list
+    EXPECT_EQ(run->curves[9].points[0], (CurvePoint{70, -8}));
+    EXPECT_EQ(run->curves[0], values.DefaultTargetCurve);
+    EXPECT_NE(words(), first);
+    const auto ninth = words();
+
+    EXPECT_EQ(run->SaveDesignParameters(folder / "saved.txt"), std::nullopt);
+    run->LoadDesignParameters(folder.write("p.txt", "[Global]\nEqAttn=3\n"));
+    EXPECT_EQ(words(), first);
+    run->LoadDesignParameters(folder / "saved.txt");
+    EXPECT_EQ(words(), ninth);
+}
+
+TEST_F(TuningRunTest, SavesAtItsEndWhatThereIsToSave) {
+    const Texts none;
+    const struct {
+        const char* response;  // in the folder of the golden cases
+        bool isCsv;
+        std::string filter, target;  // in the temporary folder
+        bool prompt, answer;
+        Texts written, errors;
+    } cases[] = {
+        {"small48.qsr", false, "f", "t", false, false, {"f", "t"}, none},
+        {"small48.qsr", false, "f", "t", true, true, {"f", "t"}, none},
+        {"small48.qsr", false, "f", "t", true, false, none, none},
+        {"small48.qsr", false, "", "t", true, true, none, none},
+        {"small48.qsr", false, "f", "", false, true, {"f"}, none},
+        {"", false, "f", "t", false, true, none, none},
+        {"no", false, "f", "t", false, true, none, {"Failed to open speaker response file"}},
+        {"no", true, "f", "t", false, true, {"t"}, {"Failed to process data."}},
+        {"small48.qsr", true, "f", "t", false, true, {"t"}, {"Failed to process data."}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        const tests::TemporaryFolder output;
+        const auto pathOf = [&](const std::string& name) {
+            return name.empty() ? name : output / name;
+        };
+        values.ResponseFilePath = *c.response == '\0' ? "" : tests::GoldenPath(c.response);
+        values.ResponseIsCsv = c.isCsv;
+        values.FilterFilePath = pathOf(c.filter);
+        values.TargetFilePath = pathOf(c.target);
+        messages = {};
+        messages.answer = c.answer;
+        start();
+        run->promptOnExit = c.prompt;
+        run->SaveFiltersOnExit();
+        EXPECT_THAT(output.names(), testing::ElementsAreArray(c.written));
+        EXPECT_EQ(messages.errors, c.errors);
+        EXPECT_EQ(messages.questions, c.prompt && !c.filter.empty()
+                                          ? Texts{"Prompt: Do you want to save filters?"}
+                                          : none);
+    }
+}
+
+TEST_F(TuningRunTest, WarnsOfAFilterThatCannotBeUsed) {
+    const auto summaryOf = [&](const std::vector<double>& samples) {
+        start();
+        run->takeImpulse(48000, samples);
+        run->responseReady = true;
+        run->RunDesign();
+        return SummaryText(MakeDesignReport(*run, values));
+    };
+    values.ResponseIsCsv = false;
+    values.InitialGainClamp = -6;
+    std::vector<double> samples(responseLength);
+    EXPECT_THAT(summaryOf(samples), HasSubstr("Warning: The design did not give numbers"));
+
+    for (int32_t i = 0; i < responseLength; ++i) {  // a tone far above the pass-band
+        samples[i] = (i % 2 == 0 ? 1.0 : -1.0) * std::exp(-1e-7 * std::pow(i - 16384.0, 2));
+    }
+    EXPECT_THAT(summaryOf(samples), HasSubstr("Warning: The response has almost nothing inside"));
+
+    values.InitialGainClamp = 0;
+    EXPECT_THAT(summaryOf(tests::GoldenImpulse("small48.qsr")),
+                HasSubstr("Warning: With a gain clamp of 0 dB"));
+}
+
+}  // namespace
+}  // namespace tonvane
