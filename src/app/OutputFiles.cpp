@@ -13,8 +13,10 @@ namespace {
 
 bool isSameFile(const std::string& a, const std::string& b) {
     std::error_code ignored;
-    return fs::weakly_canonical(a, ignored) == fs::weakly_canonical(b, ignored) ||
-           fs::equivalent(a, b, ignored);
+    const auto place = [&](const std::string& path) {
+        return fs::weakly_canonical(fs::absolute(path, ignored), ignored);
+    };
+    return place(a) == place(b) || fs::equivalent(a, b, ignored);
 }
 
 }  // namespace

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
 #include <vector>
 
 #include "files/FileAccess.h"
 #include "files/InputError.h"
+#include "files/TableReading.h"
 #include "files/TableText.h"
 
 namespace tonvane {
@@ -15,26 +15,13 @@ namespace tonvane {
 namespace {
 
 constexpr std::string_view blanks = " \t";
-constexpr std::array separators{Separator::tab, Separator::semicolon, Separator::comma,
-                                Separator::blanks};
 constexpr std::array separatorNames{"tabs", "semicolons", "commas", "blanks"};
-
-struct Row {
-    double hertz;
-    double decibels;
-    int line;
-};
 
 // The lines of a file by what they are.
 struct Sheet {
     std::vector<TableLine> header;
     std::vector<TableLine> rows;
     int comments = 0;
-};
-
-struct Reading {
-    Separator separator = Separator::comma;
-    DecimalSign decimal = DecimalSign::point;
 };
 
 bool isDigit(char c) {
@@ -51,7 +38,7 @@ bool beginsLikeNumber(std::string_view text) {
 }
 
 bool isComment(std::string_view text) {
-    return std::string_view("#*%!;\"'").find(text[0]) != std::string_view::npos ||
+    return std::string_view("#*%!;").find(text[0]) != std::string_view::npos ||
            text.starts_with("//");
 }
 
@@ -65,126 +52,18 @@ std::string counted(size_t count, const std::string& thing) {
     return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
-bool isFrequency(double hertz) {
-    return hertz >= 0.0 && hertz <= 1e9;
-}
-
-bool isLevel(double decibels) {
-    return std::fabs(decibels) <= 400.0;
-}
-
-// A row's two numbers, nothing unless both are and are in range.
-std::optional<Row> parseRow(const TableLine& line, const Reading& reading) {
-    const auto fields = SplitFields(line.text, reading.separator);
-    if (fields.size() < 2) {
-        return std::nullopt;
-    }
-    const auto hertz = ParseTableNumber(fields[0], reading.decimal);
-    const auto decibels = ParseTableNumber(fields[1], reading.decimal);
-    if (!hertz || !decibels || !isFrequency(*hertz) || !isLevel(*decibels)) {
-        return std::nullopt;
-    }
-    return Row{*hertz, *decibels, line.number};
-}
-
-// What a reading makes of the rows.
-struct Trial {
-    size_t understood = 0;
-    bool monotone = true;  // the frequencies of those rise, or fall
-};
-
-Trial tryReading(const std::vector<TableLine>& rows, const Reading& reading) {
-    Trial trial;
-    bool rises = true;
-    bool falls = true;
-    std::optional<Row> last;
-    for (const TableLine& line : rows) {
-        if (const auto row = parseRow(line, reading)) {
-            rises = rises && (!last || row->hertz >= last->hertz);
-            falls = falls && (!last || row->hertz <= last->hertz);
-            last = row;
-            ++trial.understood;
-        }
-    }
-    trial.monotone = rises || falls;
-    return trial;
-}
-
-bool anyCommaInNumbers(const std::vector<TableLine>& rows, Separator separator) {
-    return std::ranges::any_of(rows, [separator](const TableLine& line) {
-        const auto fields = SplitFields(line.text, separator);
-        return std::any_of(fields.begin(), fields.begin() + std::min<ptrdiff_t>(2, fields.size()),
-                           [](std::string_view field) { return field.find(',') != field.npos; });
+// A line that begins with a digit, but whose first field is no number however it is separated: a
+// title such as a date.
+bool isTitle(std::string_view text) {
+    return std::ranges::none_of(separators, [text](Separator separator) {
+        const auto fields = SplitFields(text, separator);
+        return ParseTableNumber(fields[0], DecimalSign::point).has_value() ||
+               ParseTableNumber(fields[0], DecimalSign::comma).has_value();
     });
 }
 
-// The decimal sign of a file whose numbers make sense either way: the one that brings the
-// frequencies into order, else the point, unless there are commas to be understood.
-DecimalSign chooseByOrder(const std::string& path, const std::vector<TableLine>& rows,
-                          Separator separator, const Trial& point, const Trial& comma,
-                          InputNotes& notes) {
-    const bool commas = anyCommaInNumbers(rows, separator);
-    if (point.monotone == comma.monotone) {
-        if (commas) {
-            throw InputError(path, rows.front().number,
-                             "cannot tell whether commas in the numbers are decimal signs or group "
-                             "thousands; write them with points and ungrouped");
-        }
-        return DecimalSign::point;
-    }
-    if (comma.monotone) {
-        notes.guessed(path, 0,
-                      std::string(commas ? "commas" : "points") + " in the numbers are taken as " +
-                          (commas ? "decimal signs" : "marks of thousands") +
-                          ": only so are the frequencies in order");
-    } else if (commas) {
-        notes.guessed(path, 0,
-                      "commas in the numbers are taken as marks of thousands: only so are the "
-                      "frequencies in order");
-    }
-    return comma.monotone ? DecimalSign::comma : DecimalSign::point;
-}
-
-// The reading that understands most rows.
-Reading chooseReading(const std::string& path, const std::vector<TableLine>& rows,
-                      InputNotes& notes) {
-    Reading best;
-    Trial bestPoint;
-    Trial bestComma;
-    for (const Separator separator : separators) {
-        const Trial point = tryReading(rows, {separator, DecimalSign::point});
-        const Trial comma = tryReading(rows, {separator, DecimalSign::comma});
-        if (std::max(point.understood, comma.understood) >
-            std::max(bestPoint.understood, bestComma.understood)) {
-            best.separator = separator;
-            bestPoint = point;
-            bestComma = comma;
-        }
-    }
-    best.decimal = bestComma.understood > bestPoint.understood ? DecimalSign::comma
-                   : bestComma.understood < bestPoint.understood || bestPoint.understood == 0
-                       ? DecimalSign::point
-                       : chooseByOrder(path, rows, best.separator, bestPoint, bestComma, notes);
-    return best;
-}
-
-// Why a line that begins like a row is none.
-std::string complaintOf(const TableLine& line, const Reading& reading) {
-    const auto fields = SplitFields(line.text, reading.separator);
-    if (fields.size() < 2) {
-        return "expected a row of a frequency and a level";
-    }
-    const auto hertz = ParseTableNumber(fields[0], reading.decimal);
-    const auto decibels = ParseTableNumber(fields[1], reading.decimal);
-    if (!hertz || !decibels) {
-        return "expected a row of a frequency and a level; \"" +
-               std::string(hertz ? fields[1] : fields[0]).substr(0, 40) + "\" is no such number";
-    }
-    return isFrequency(*hertz) ? "expected a level between -400 and 400 dB"
-                               : "expected a frequency between 0 Hz and 1 GHz";
-}
-
-Sheet sortLines(const std::string& path, const std::vector<TableLine>& lines) {
+// What stands behind the first row and is no comment counts as a row, which it will have to be.
+Sheet sortLines(const std::string& path, const std::vector<TableLine>& lines, InputNotes& notes) {
     Sheet sheet;
     for (const TableLine& line : lines) {
         const size_t start = line.text.find_first_not_of(" \t;,\f");
@@ -195,42 +74,24 @@ Sheet sortLines(const std::string& path, const std::vector<TableLine>& lines) {
             throw InputError(path, line.number, "expected text, found a zero byte");
         }
         const TableLine body{line.number, line.text.substr(line.text.find_first_not_of(blanks))};
-        if (beginsLikeNumber(body.text)) {
-            sheet.rows.push_back(body);
-        } else if (isComment(body.text)) {
+        if (isComment(body.text)) {
             ++sheet.comments;
             if (sheet.rows.empty()) {
                 sheet.header.push_back(body);  // may name the unit
             }
-        } else if (sheet.rows.empty()) {
+        } else if (!sheet.rows.empty()) {
+            sheet.rows.push_back(body);
+        } else if (!beginsLikeNumber(body.text)) {
+            sheet.header.push_back(body);
+        } else if (isTitle(body.text)) {
+            notes.guessed(path, line.number,
+                          "passed over as a header: it begins with a digit, but not with a number");
             sheet.header.push_back(body);
         } else {
-            throw InputError(path, line.number,
-                             "expected a row of a frequency and a level, found text behind the "
-                             "first row");
+            sheet.rows.push_back(body);
         }
     }
     return sheet;
-}
-
-// Titles that begin with a digit, such as a date, go from the rows to the header: lines ahead of
-// the first row whose first field is no number.
-void moveTitles(const std::string& path, const Reading& reading, Sheet& sheet, InputNotes& notes) {
-    const auto isTitle = [&](const TableLine& line) {
-        const auto fields = SplitFields(line.text, reading.separator);
-        return !ParseTableNumber(fields[0], DecimalSign::point) &&
-               !ParseTableNumber(fields[0], DecimalSign::comma);
-    };
-    const auto first = std::ranges::find_if_not(sheet.rows, isTitle);
-    if (first == sheet.rows.end()) {
-        return;
-    }
-    for (auto line = sheet.rows.begin(); line != first; ++line) {
-        notes.guessed(path, line->number,
-                      "passed over as a header: it begins with a digit, but not with a number");
-        sheet.header.push_back(*line);
-    }
-    sheet.rows.erase(sheet.rows.begin(), first);
 }
 
 // Whether the line that names the columns gives the frequencies in kHz. With digits it is no such
@@ -246,20 +107,40 @@ bool namesKilohertz(const Sheet& sheet) {
     return name.find("khz") != std::string::npos && std::ranges::none_of(name, isDigit);
 }
 
-// Columns that fall apart at decimal commas, or the wrong one of many, would give wrong levels.
-void checkColumns(const std::string& path, const Sheet& sheet, const Reading& reading,
-                  InputNotes& notes) {
+// The rows, each with no more columns than the first one has.
+std::vector<TableRow> parseRows(const std::string& path, const Sheet& sheet,
+                                const TableReading& reading) {
+    const double unit = namesKilohertz(sheet) ? 1000.0 : 1.0;  // Hz
     const size_t columns = SplitFields(sheet.rows.front().text, reading.separator).size();
-    bool anyPoint = false;
+    std::vector<TableRow> rows;
+    rows.reserve(sheet.rows.size());
     for (const TableLine& line : sheet.rows) {
+        auto row = ReadTableRow(line, reading);
+        if (!row) {
+            throw InputError(path, line.number, ComplaintOfRow(line, reading));
+        }
         const size_t found = SplitFields(line.text, reading.separator).size();
-        anyPoint = anyPoint || line.text.find('.') != std::string_view::npos;
         if (found > columns) {
             throw InputError(path, line.number,
                              "expected " + counted(columns, "column") +
                                  " as in the first row, found " + std::to_string(found));
         }
+        row->hertz *= unit;
+        if (!IsTableFrequency(row->hertz)) {
+            throw InputError(path, line.number, "expected a frequency up to 1 GHz");
+        }
+        rows.push_back(*row);
     }
+    return rows;
+}
+
+// Columns that fall apart at decimal commas, or the wrong one of many, would give wrong levels.
+void checkColumns(const std::string& path, const Sheet& sheet, const TableReading& reading,
+                  InputNotes& notes) {
+    const size_t columns = SplitFields(sheet.rows.front().text, reading.separator).size();
+    const bool anyPoint = std::ranges::any_of(sheet.rows, [](const TableLine& line) {
+        return line.text.find('.') != std::string_view::npos;
+    });
     if (reading.separator == Separator::comma && columns > 2 && !anyPoint) {
         if (columns % 2 == 0) {
             throw InputError(path, sheet.rows.front().number,
@@ -272,7 +153,7 @@ void checkColumns(const std::string& path, const Sheet& sheet, const Reading& re
     }
 }
 
-void describe(const std::string& path, const Sheet& sheet, const Reading& reading,
+void describe(const std::string& path, const Sheet& sheet, const TableReading& reading,
               InputNotes& notes) {
     std::string text;
     const size_t headerLines = static_cast<size_t>(std::ranges::count_if(
@@ -287,6 +168,9 @@ void describe(const std::string& path, const Sheet& sheet, const Reading& readin
     if (reading.decimal == DecimalSign::comma) {
         text += ", decimal commas";
     }
+    if (namesKilohertz(sheet)) {
+        text += ", frequencies in kHz";
+    }
     const size_t columns = SplitFields(sheet.rows.front().text, reading.separator).size();
     if (columns > 2) {
         text += ", column " + std::string(columns == 3 ? "3" : "3 and on") + " not used";
@@ -298,14 +182,14 @@ void describe(const std::string& path, const Sheet& sheet, const Reading& readin
 }
 
 // One row a frequency, the last of the file.
-void mergeEqual(const std::string& path, std::vector<Row>& rows, InputNotes& notes) {
-    std::ranges::stable_sort(rows, {}, &Row::hertz);
-    std::vector<Row> kept;
+void mergeEqual(const std::string& path, std::vector<TableRow>& rows, InputNotes& notes) {
+    std::ranges::stable_sort(rows, {}, &TableRow::hertz);
+    std::vector<TableRow> kept;
     kept.reserve(rows.size());
     size_t repeated = 0;
     size_t contrary = 0;
-    Row first{};
-    for (const Row& row : rows) {
+    TableRow first{};
+    for (const TableRow& row : rows) {
         if (kept.empty() || kept.back().hertz != row.hertz) {
             kept.push_back(row);
             continue;
@@ -333,34 +217,20 @@ void mergeEqual(const std::string& path, std::vector<Row>& rows, InputNotes& not
 void ParseLevelTable(const std::string& path, const std::string& bytes, CsvTable& table,
                      InputNotes& notes) {
     const std::string text = DecodeText(bytes);
-    Sheet sheet = sortLines(path, SplitLines(text));
+    const Sheet sheet = sortLines(path, SplitLines(text), notes);
     if (sheet.rows.empty()) {
         throw InputError(path, "no rows; expected rows of a frequency and a level");
     }
-    const Reading reading = chooseReading(path, sheet.rows, notes);
-    moveTitles(path, reading, sheet, notes);
-    checkColumns(path, sheet, reading, notes);
+    const TableReading reading = ChooseReading(path, sheet.rows, notes);
 
-    const bool kilohertz = namesKilohertz(sheet);
-    std::vector<Row> rows;
-    rows.reserve(sheet.rows.size());
-    for (const TableLine& line : sheet.rows) {
-        auto row = parseRow(line, reading);
-        if (!row) {
-            throw InputError(path, line.number, complaintOf(line, reading));
-        }
-        row->hertz *= kilohertz ? 1000.0 : 1.0;
-        rows.push_back(*row);
-    }
+    std::vector<TableRow> rows = parseRows(path, sheet, reading);
+    checkColumns(path, sheet, reading, notes);
     describe(path, sheet, reading, notes);
-    if (kilohertz) {
-        notes.told(path, "the frequencies are in kHz");
-    }
     mergeEqual(path, rows, notes);
 
     table.allocate();
     table.count = 0;
-    for (const Row& row : rows) {
+    for (const TableRow& row : rows) {
         if (!table.add(row.hertz, row.decibels)) {
             throw InputError(path, "expected at most " + std::to_string(CsvTable::maximumRows) +
                                        " rows, found " + std::to_string(rows.size()));

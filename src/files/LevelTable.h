@@ -2,8 +2,8 @@
 //
 // Read is any text of rows with a frequency in Hz in the first column and a level in dB in the
 // second. Columns stand between tabs, semicolons, commas or blanks; the decimal sign is a point or
-// a comma, thousands may be grouped with the other one. Lines that begin with # * % ! // ; or a
-// quote are comments, and what stands ahead of the first row is a header, whose word kHz counts.
+// a comma, thousands may be grouped with the other one. Lines that begin with # * % ! ; or //
+// are comments, and what stands ahead of the first row is a header; kHz in its last line counts.
 // Further columns (phase, other curves) are not used. A separator and a decimal sign hold for the
 // whole file.
 #pragma once
