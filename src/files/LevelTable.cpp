@@ -74,21 +74,21 @@ Sheet sortLines(const std::string& path, const std::vector<TableLine>& lines, In
             throw InputError(path, line.number, "expected text, found a zero byte");
         }
         const TableLine body{line.number, line.text.substr(line.text.find_first_not_of(blanks))};
+        const bool likeNumber = beginsLikeNumber(body.text);
         if (isComment(body.text)) {
             ++sheet.comments;
             if (sheet.rows.empty()) {
                 sheet.header.push_back(body);  // may name the unit
             }
-        } else if (!sheet.rows.empty()) {
+        } else if (!sheet.rows.empty() || (likeNumber && !isTitle(body.text))) {
             sheet.rows.push_back(body);
-        } else if (!beginsLikeNumber(body.text)) {
-            sheet.header.push_back(body);
-        } else if (isTitle(body.text)) {
-            notes.guessed(path, line.number,
-                          "passed over as a header: it begins with a digit, but not with a number");
-            sheet.header.push_back(body);
         } else {
-            sheet.rows.push_back(body);
+            if (likeNumber) {
+                notes.guessed(
+                    path, line.number,
+                    "passed over as a header: it begins with a digit, but not with a number");
+            }
+            sheet.header.push_back(body);
         }
     }
     return sheet;
@@ -141,7 +141,8 @@ void checkColumns(const std::string& path, const Sheet& sheet, const TableReadin
     const bool anyPoint = std::ranges::any_of(sheet.rows, [](const TableLine& line) {
         return line.text.find('.') != std::string_view::npos;
     });
-    if (reading.separator == Separator::comma && columns > 2 && !anyPoint) {
+    if (reading.separator == Separator::comma && reading.decimal == DecimalSign::point &&
+        columns > 2 && !anyPoint) {
         if (columns % 2 == 0) {
             throw InputError(path, sheet.rows.front().number,
                              "cannot tell commas between columns from decimal commas");
