@@ -4,7 +4,6 @@
 #include <memory>
 #include <vector>
 
-#include "app/ConsoleMessages.h"
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
 #include "app/OutputFiles.h"
@@ -12,8 +11,6 @@
 #include "files/FilterFile.h"
 #include "files/InputError.h"
 #include "transform/FftTables.h"
-#include "tuning/DesignReport.h"
-#include "tuning/TuningRun.h"
 
 namespace tonvane {
 
@@ -67,13 +64,14 @@ std::string formatReport(const DesignOptions& options, const DesignReport& repor
 
 // The files in the order of outputsOf.
 std::vector<NewContents> contentsOf(const DesignOptions& options, const std::string& filters,
-                                    const DesignReport& report, const IirFitter& fitter) {
+                                    const FinishedDesign& design) {
     std::vector<NewContents> files{{options.output, filters}};
     files.reserve(options.exports.size() + 2);
     if (options.report) {
-        files.push_back({*options.report, formatReport(options, report)});
+        files.push_back({*options.report, formatReport(options, design.report)});
     }
-    const ExportSource source{fitter.coefficientWords, report.sampleRate,
+    const IirFitter& fitter = design.run->iirFitter;
+    const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
                               fitter.taps.first(fitter.tapCount)};
     for (const Export& wanted : options.exports) {
         files.push_back({wanted.path, FormatExport(wanted, source)});
@@ -93,36 +91,41 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 
 }  // namespace
 
+std::unique_ptr<FinishedDesign> DesignResponse(const DesignOptions& options) {
+    auto design = std::make_unique<FinishedDesign>();
+    design->notes = InputNotes(options.strict);
+    readTarget(options, design->values);
+    InitFftTables(responseLength);
+    design->run = std::make_unique<TuningRun>(design->values, design->messages, nullptr,
+                                              options.link.port, MakeTransport(options.link));
+    StartWithResponse(options.input(), ReadResponse(options.input(), design->notes), design->notes,
+                      design->values, *design->run);
+    design->run->RunDesign();
+
+    design->report = MakeDesignReport(*design->run, design->values);
+    if (!design->report.isFinite) {
+        throw InputError(options.response, "no filter can be designed for this response");
+    }
+    return design;
+}
+
 void RunDesignCommand(const DesignOptions& options) {
     const std::vector<std::string> outputs = outputsOf(options);
     ExpectDistinctFiles(
         outputs, {options.response, options.target.value_or(""), options.addresses.value_or("")});
-    ConsoleMessages messages;
-    ProgramValues values;
-    readTarget(options, values);
     const RegisterAddressConfig addresses = readAddresses(options);
+    const auto design = DesignResponse(options);
+    const std::string filters =
+        FormatFilterFile(design->run->iirFitter.coefficientWords, addresses);
+    WriteOutputs(contentsOf(options, filters, *design));
 
-    InitFftTables(responseLength);
-    const auto run = std::make_unique<TuningRun>(values, messages, nullptr, options.link.port,
-                                                 MakeTransport(options.link));
-    InputNotes notes(options.strict);
-    StartWithResponse(options.input(), ReadResponse(options.input(), notes), notes, values, *run);
-    run->RunDesign();
-
-    const DesignReport report = MakeDesignReport(*run, values);
-    if (!report.isFinite) {
-        throw InputError(options.response, "no filter can be designed for this response");
-    }
-    const std::string filters = FormatFilterFile(run->iirFitter.coefficientWords, addresses);
-    WriteOutputs(contentsOf(options, filters, report, run->iirFitter));
-
-    PrintNotes(notes);
-    std::printf("Filter for %s\n%s", options.response.c_str(), SummaryText(report).c_str());
+    PrintNotes(design->notes);
+    std::printf("Filter for %s\n%s", options.response.c_str(), SummaryText(design->report).c_str());
     for (const std::string& output : outputs) {
         std::printf("Wrote %s\n", output.c_str());
     }
     if (options.program) {
-        programAmplifier(report, *run);
+        programAmplifier(design->report, *design->run);
     }
 }
 

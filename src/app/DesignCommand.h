@@ -2,13 +2,18 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "app/ConsoleMessages.h"
 #include "app/Exports.h"
 #include "app/LinkCommand.h"
 #include "app/ResponseInput.h"
+#include "files/InputNotes.h"
+#include "tuning/DesignReport.h"
+#include "tuning/TuningRun.h"
 
 namespace tonvane {
 
@@ -32,6 +37,19 @@ struct DesignOptions {
 
     [[nodiscard]] ResponseOptions input() const { return {response, rate, channel, strict}; }
 };
+
+// A design that has gone through.
+struct FinishedDesign {
+    ProgramValues values;
+    ConsoleMessages messages;
+    std::unique_ptr<TuningRun> run;
+    DesignReport report;
+    InputNotes notes;  // of the response
+};
+
+// Reads the files that the options name and designs; nothing is written. Throws InputError for
+// input that cannot be used and for a design that does not give numbers.
+std::unique_ptr<FinishedDesign> DesignResponse(const DesignOptions& options);
 
 // Designs, writes the files and prints a summary on standard output and what was guessed on
 // standard error, then programs the amplifier if asked to. Throws InputError for input that cannot

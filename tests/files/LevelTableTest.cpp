@@ -126,7 +126,7 @@ std::string tableText(const Quirks& quirks) {
     if (quirks[order] == 1) {
         std::ranges::reverse(rows);
     } else if (quirks[order] == 2) {
-        std::ranges::rotate(rows, rows.begin() + 2);
+        std::rotate(rows.begin(), rows.begin() + 2, rows.end());
     }
     std::string text;
     for (const std::string& line : headerLines(quirks[header])) {
@@ -218,31 +218,35 @@ TEST(LevelTable, RefusesWithLineAndReason) {
     for (int i = 0; i < 32769; ++i) {
         many += std::to_string(i) + ",1\n";
     }
-    for (const auto& [text, complaint] : std::vector<std::pair<std::string, std::string>>{
-             {"20,1\r\n\r\n30;2\r\n", "t:3: expected a row"},
-             {"20,1\n30,2,3\n", "t:2: expected 2 columns"},
-             {"20,1\n30\n,2\n", "t:2: expected a row"},
-             {"20,1\n30,\n", "t:2: expected a row"},
-             {"20,1\n30,nan\n", "t:2: expected a row of a frequency and a level; \"nan\""},
-             {"20,nan\n30,1\n", "t:1: expected a row"},
-             {"20\t1\n1,00.7\t2\n", "t:2: expected a row of a frequency and a level; \"1,00.7\""},
-             {"20.5 1\n20,5 1\n21.5 1\n", "t:2: expected a row"},
-             {"20 dB\n", "t:1: expected a row"},
-             {"20,1\nphase\n", "t:2: expected a row of a frequency and a level"},
-             {"20,5,67,3\n20,7,67,4\n", "t:1: cannot tell commas between columns"},
-             {"1,000\t70\n1,250\t71\n", "t:1: cannot tell whether commas"},
-             {"20,1\n1e12,0\n", "t:2: expected a frequency"},
-             {"20,1\n1e999,0\n", "t:2: expected a row"},
-             {"20,1\n-1,0\n", "t:2: expected a frequency"},
-             {"20,1\n30,401\n", "t:2: expected a level"},
-             {std::string("20,1\n3\0000,1\n", 12), "t:2: expected text"},
-             {many, "t: expected at most 32768 rows"},
-             {"\n \n* 20 1\nHz;dB", "t: no rows"},
-         }) {
+    const struct {
+        std::string text;
+        const char* complaint;
+    } cases[] = {
+        {"20,1\r\n\r\n30;2\r\n", "t:3: expected a row"},
+        {"20,1\n30,2,3\n", "t:2: expected 2 columns"},
+        {"20,1\n30\n,2\n", "t:2: expected a row"},
+        {"20,1\n30,\n", "t:2: expected a row"},
+        {"20,1\n30,nan\n", "t:2: expected a row of a frequency and a level; \"nan\""},
+        {"20,nan\n30,1\n", "t:1: expected a row"},
+        {"20\t1\n1,00.7\t2\n", "t:2: expected a row of a frequency and a level; \"1,00.7\""},
+        {"20.5 1\n20,5 1\n21.5 1\n", "t:2: expected a row"},
+        {"20 dB\n", "t:1: expected a row"},
+        {"20,1\nphase\n", "t:2: expected a row of a frequency and a level"},
+        {"20,5,67,3\n20,7,67,4\n", "t:1: cannot tell commas between columns"},
+        {"1,000\t70\n1,250\t71\n", "t:1: cannot tell whether commas"},
+        {"20,1\n1e12,0\n", "t:2: expected a frequency"},
+        {"20,1\n1e999,0\n", "t:2: expected a row"},
+        {"20,1\n-1,0\n", "t:2: expected a frequency"},
+        {"20,1\n30,401\n", "t:2: expected a level"},
+        {std::string("20,1\n3\0000,1\n", 12), "t:2: expected text"},
+        {many, "t: expected at most 32768 rows"},
+        {"\n \n* 20 1\nHz;dB", "t: no rows"},
+    };
+    for (const auto& c : cases) {
         CsvTable table;
         InputNotes notes;
-        EXPECT_THAT(tests::ComplaintOf([&] { ParseLevelTable("t", text, table, notes); }),
-                    testing::StartsWith(complaint));
+        EXPECT_THAT(tests::ComplaintOf([&] { ParseLevelTable("t", c.text, table, notes); }),
+                    testing::StartsWith(c.complaint));
     }
     CsvTable table;
     InputNotes notes;
