@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "app/BatchCommand.h"
+#include "app/ConvertArguments.h"
 #include "app/DesignCommand.h"
 #include "app/LinkArguments.h"
 
@@ -20,12 +21,13 @@ void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<voi
     CLI::App* design = app.add_subcommand("design", "Design a filter for a loudspeaker's response");
     design
         ->add_option("response", options.response,
-                     "Speaker response: .qsr, or a .csv table of frequency,level")
+                     "Speaker response: .qsr, a table of frequencies and levels, or a wave file")
         ->required();
     design->add_option("-o,--output", options.output, "Filter file to write")->required();
     design->add_option(
         "--rate", options.rate,
-        "Sample rate in Hz, 8000 to 192000; a .qsr brings its own (48000 for a table)");
+        "Sample rate in Hz, 8000 to 192000, of a table (48000 if not given) or of raw samples");
+    tonvane::AddInputOptions(*design, options.channel, options.strict);
     design->add_option("--target", options.target, "Target file; without one the target is flat");
     design
         ->add_option("--gain-clamp", options.gainClamp,
@@ -38,7 +40,9 @@ void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<voi
         ->check(CLI::IsMember({20, 4}));
     design->add_option("--addresses", options.addresses,
                        "Address file such as registeraddress.cfg");
-    design->add_option("--report", options.report, "JSON file with the figures of the design");
+    design->add_option("--report", options.report,
+                       "File with the figures of the design: .html for a page, else JSON");
+    tonvane::AddExportOption(*design, options.exports);
     design->add_flag("--program", options.program,
                      "Send the filter to the amplifier through the link server");
     tonvane::AddLinkOptions(*design, options.link);
@@ -56,6 +60,7 @@ int runForPerson(int argc, char** argv) {
     tonvane::DesignOptions options;
     std::function<void()> run;
     addDesign(app, options, run);
+    tonvane::AddConvertCommand(app, run);
     tonvane::AddLinkCommand(app, run);
     try {
         app.parse(argc, argv);
