@@ -85,12 +85,12 @@ PlotPicture pictureOf(const PlotOptions& options) {
 }
 
 std::string captionOf(const std::string& response, const DesignReport& report) {
-    char text[200];
-    std::snprintf(text, sizeof text,
-                  ": %d Hz, gain clamp %.0f dB, off the target %.1f dB RMS as measured and %.1f dB "
-                  "RMS equalized, biquads %.2f dB RMS off the FIR",
-                  report.sampleRate, report.gainClampDb, report.deviationBeforeDb,
-                  report.deviationAfterDb, report.fitRmsDb);
+    char text[160];
+    std::snprintf(
+        text, sizeof text,
+        " at %d Hz, gain clamp %.0f dB: off the target by %.1f dB RMS as measured, %.1f dB "
+        "RMS equalized",
+        report.sampleRate, report.gainClampDb, report.deviationBeforeDb, report.deviationAfterDb);
     return std::filesystem::path(response).filename().string() + text;
 }
 

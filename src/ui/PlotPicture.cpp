@@ -11,7 +11,7 @@ namespace tonvane {
 namespace {
 
 // Pixels of an ordinary display.
-constexpr double fontSize = 12.0;
+constexpr double fontSize = 11.0;
 constexpr int32_t leastPlotWidth = 240;
 constexpr int32_t leastPlotHeight = 120;
 constexpr int32_t sideMargin = 16;
@@ -28,7 +28,7 @@ constexpr int32_t axisNameLeft = 14;
 
 constexpr size_t mostCaptionLines = 3;
 constexpr Color textColor = 0x303030;
-constexpr int32_t documentResolution = 4;  // strokes of a document in quarters of a pixel
+constexpr int32_t resolution = 4;  // strokes are placed by quarters of a pixel
 
 // The dialog's three first, in its order.
 constexpr std::array legendOrder{
@@ -168,18 +168,18 @@ class Layout {
 std::string plotDocument(DocumentKind kind, const TuningRun& run, const ProgramValues& values,
                          const PlotPicture& picture) {
     const DocumentFormat format{kind, picture.width * picture.scale, picture.height * picture.scale,
-                                documentResolution, fontSize * picture.scale * documentResolution};
+                                resolution, fontSize * picture.scale * resolution};
     return DrawDocument(format, [&](CairoCanvas& canvas) {
-        Layout(canvas, picture, picture.scale * documentResolution).draw(run, values);
+        Layout(canvas, picture, picture.scale * resolution).draw(run, values);
     });
 }
 
 }  // namespace
 
 std::string PlotPng(const TuningRun& run, const ProgramValues& values, const PlotPicture& picture) {
-    CairoCanvas canvas(picture.width * picture.scale, picture.height * picture.scale,
-                       fontSize * picture.scale);
-    Layout(canvas, picture, picture.scale).draw(run, values);
+    const int32_t unit = picture.scale * resolution;
+    CairoCanvas canvas(picture.width * unit, picture.height * unit, fontSize * unit, resolution);
+    Layout(canvas, picture, unit).draw(run, values);
     return canvas.png();
 }
 
