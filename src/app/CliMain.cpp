@@ -1,4 +1,5 @@
-// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, link).
+// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, plot,
+// link).
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -11,6 +12,7 @@
 #include "app/ConvertArguments.h"
 #include "app/DesignCommand.h"
 #include "app/LinkArguments.h"
+#include "app/PlotArguments.h"
 
 namespace {
 
@@ -19,21 +21,8 @@ constexpr int badUsage = 2;
 
 void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<void()>& run) {
     CLI::App* design = app.add_subcommand("design", "Design a filter for a loudspeaker's response");
-    design
-        ->add_option("response", options.response,
-                     "Speaker response: .qsr, a table of frequencies and levels, or a wave file")
-        ->required();
+    tonvane::AddResponseOptions(*design, options);
     design->add_option("-o,--output", options.output, "Filter file to write")->required();
-    design->add_option(
-        "--rate", options.rate,
-        "Sample rate in Hz, 8000 to 192000, of a table (48000 if not given) or of raw samples");
-    tonvane::AddInputOptions(*design, options.channel, options.strict);
-    design->add_option("--target", options.target, "Target file; without one the target is flat");
-    design
-        ->add_option("--gain-clamp", options.gainClamp,
-                     "Loudness given up for the correction, 0 to -12 dB; ahead of the target "
-                     "file's (-6 without either)")
-        ->check(CLI::Range(-12, 0));
     design
         ->add_option("--format", options.format,
                      "Lines of the filter file: 20 (a section a line) or 4 (a word a line)")
@@ -43,6 +32,7 @@ void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<voi
     design->add_option("--report", options.report,
                        "File with the figures of the design: .html for a page, else JSON");
     tonvane::AddExportOption(*design, options.exports);
+    tonvane::AddDesignPlot(*design, options);
     design->add_flag("--program", options.program,
                      "Send the filter to the amplifier through the link server");
     tonvane::AddLinkOptions(*design, options.link);
@@ -61,6 +51,7 @@ int runForPerson(int argc, char** argv) {
     std::function<void()> run;
     addDesign(app, options, run);
     tonvane::AddConvertCommand(app, run);
+    tonvane::AddPlotCommand(app, run);
     tonvane::AddLinkCommand(app, run);
     try {
         app.parse(argc, argv);

@@ -7,6 +7,7 @@
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
 #include "app/OutputFiles.h"
+#include "app/PlotCommand.h"
 #include "files/FileAccess.h"
 #include "files/FilterFile.h"
 #include "files/InputError.h"
@@ -44,9 +45,12 @@ RegisterAddressConfig readAddresses(const DesignOptions& options) {
 // All that the command writes besides the filter file.
 std::vector<std::string> outputsOf(const DesignOptions& options) {
     std::vector<std::string> outputs{options.output};
-    outputs.reserve(options.exports.size() + 2);
+    outputs.reserve(options.exports.size() + 3);
     if (options.report) {
         outputs.push_back(*options.report);
+    }
+    if (options.plot) {
+        outputs.push_back(options.plot->output);
     }
     for (const Export& wanted : options.exports) {
         outputs.push_back(wanted.path);
@@ -54,21 +58,26 @@ std::vector<std::string> outputsOf(const DesignOptions& options) {
     return outputs;
 }
 
-std::string formatReport(const DesignOptions& options, const DesignReport& report) {
+std::string formatReport(const DesignOptions& options, const FinishedDesign& design) {
     const std::string extension = LowerCaseExtension(*options.report);
     if (extension != ".html" && extension != ".htm") {
-        return FormatJsonReport(report);
+        return FormatJsonReport(design.report);
     }
-    return HtmlReport(report, {options.response, options.target.value_or(""), options.output}, "");
+    return HtmlReport(design.report,
+                      {options.response, options.target.value_or(""), options.output},
+                      PlotElement(options.plot.value_or(PlotOptions{}), options.response, design));
 }
 
 // The files in the order of outputsOf.
 std::vector<NewContents> contentsOf(const DesignOptions& options, const std::string& filters,
                                     const FinishedDesign& design) {
     std::vector<NewContents> files{{options.output, filters}};
-    files.reserve(options.exports.size() + 2);
+    files.reserve(options.exports.size() + 3);
     if (options.report) {
-        files.push_back({*options.report, formatReport(options, design.report)});
+        files.push_back({*options.report, formatReport(options, design)});
+    }
+    if (options.plot) {
+        files.push_back({options.plot->output, PlotBytes(*options.plot, options.response, design)});
     }
     const IirFitter& fitter = design.run->iirFitter;
     const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
@@ -113,6 +122,9 @@ void RunDesignCommand(const DesignOptions& options) {
     const std::vector<std::string> outputs = outputsOf(options);
     ExpectDistinctFiles(
         outputs, {options.response, options.target.value_or(""), options.addresses.value_or("")});
+    if (options.plot) {
+        CheckPlotOptions(*options.plot);
+    }
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto design = DesignResponse(options);
     const std::string filters =

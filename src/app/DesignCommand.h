@@ -10,6 +10,7 @@
 #include "app/ConsoleMessages.h"
 #include "app/Exports.h"
 #include "app/LinkCommand.h"
+#include "app/PlotOptions.h"
 #include "app/ResponseInput.h"
 #include "files/InputNotes.h"
 #include "tuning/DesignReport.h"
@@ -31,6 +32,7 @@ struct DesignOptions {
     std::optional<int32_t> format;         // 20 or 4; ahead of the address file's
     std::optional<std::string> addresses;  // address file
     std::optional<std::string> report;     // a page if its name ends in .html or .htm, else JSON
+    std::optional<PlotOptions> plot;       // a picture of the design
     std::vector<Export> exports;           // the result for other programs
     bool program = false;                  // send the filter to the amplifier
     LinkOptions link;                      // how to reach it
