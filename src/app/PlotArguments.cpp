@@ -50,8 +50,12 @@ void AddResponseOptions(CLI::App& command, DesignOptions& options) {
 
 void AddDesignPlot(CLI::App& command, DesignOptions& options) {
     const auto plot = std::make_shared<PlotOptions>();
-    command.add_option("--plot", plot->output, "Picture of the design: .png, .svg or .pdf");
+    CLI::Option* output =
+        command.add_option("--plot", plot->output, "Picture of the design: .png, .svg or .pdf");
     addLooks(command, *plot);
+    for (const char* look : {"--show", "--size", "--scale", "--caption"}) {
+        command.get_option(look)->needs(output);
+    }
     command.parse_complete_callback([&options, plot] {
         if (!plot->output.empty()) {
             options.plot = *plot;
