@@ -1,4 +1,5 @@
-// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, link).
+// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, measure,
+// play, link).
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -7,8 +8,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include "app/AudioArguments.h"
 #include "app/BatchCommand.h"
 #include "app/DesignCommand.h"
+#include "app/Interruption.h"
 #include "app/LinkArguments.h"
 
 namespace {
@@ -18,10 +21,12 @@ constexpr int badUsage = 2;
 
 void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<void()>& run) {
     CLI::App* design = app.add_subcommand("design", "Design a filter for a loudspeaker's response");
-    design
-        ->add_option("response", options.response,
-                     "Speaker response: .qsr, or a .csv table of frequency,level")
-        ->required();
+    auto* source = design->add_option_group("source");
+    source->add_option("response", options.response,
+                       "Speaker response: .qsr, or a .csv table of frequency,level");
+    source->add_flag("--measure", options.measure, "Measure the response through the audio device");
+    source->require_option(1);
+    tonvane::AddDeviceOptions(*design, options.device, "--device-timeout");
     design->add_option("-o,--output", options.output, "Filter file to write")->required();
     design->add_option(
         "--rate", options.rate,
@@ -56,6 +61,7 @@ int runForPerson(int argc, char** argv) {
     tonvane::DesignOptions options;
     std::function<void()> run;
     addDesign(app, options, run);
+    tonvane::AddAudioCommands(app, run);
     tonvane::AddLinkCommand(app, run);
     try {
         app.parse(argc, argv);
@@ -75,6 +81,9 @@ int main(int argc, char** argv) {
             return tonvane::RunBatch(arguments);
         }
         return runForPerson(argc, argv);
+    } catch (const tonvane::Interrupted& error) {
+        std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
+        return tonvane::Interrupted::exitCode;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
         return badInput;

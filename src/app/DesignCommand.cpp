@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "app/AudioCommands.h"
 #include "app/ConsoleMessages.h"
 #include "app/JsonReport.h"
 #include "files/FileAccess.h"
@@ -91,6 +92,23 @@ void takeTableFile(const DesignOptions& options, ProgramValues& values, TuningRu
     run.takeCsvTable();
 }
 
+// Returns what is to be called the source of the filter.
+std::string takeResponse(const DesignOptions& options, ProgramValues& values, TuningRun& run) {
+    if (options.measure) {
+        const MeasurementReport report = MeasureInto(run, values, options.device, options.rate);
+        for (const std::string& warning : report.warnings) {
+            std::printf("Warning: %s\n", warning.c_str());
+        }
+        return "the measurement on " + report.device;
+    }
+    if (looksLikeText(options.response)) {
+        takeTableFile(options, values, run);
+    } else {
+        takeImpulseFile(options, values, run);
+    }
+    return options.response;
+}
+
 bool isSameFile(const std::string& a, const std::string& b) {
     std::error_code ignored;
     return fs::weakly_canonical(a, ignored) == fs::weakly_canonical(b, ignored) ||
@@ -155,21 +173,17 @@ void RunDesignCommand(const DesignOptions& options) {
     InitFftTables(responseLength);
     const auto run = std::make_unique<TuningRun>(values, messages, nullptr, options.link.port,
                                                  MakeTransport(options.link));
-    if (looksLikeText(options.response)) {
-        takeTableFile(options, values, *run);
-    } else {
-        takeImpulseFile(options, values, *run);
-    }
+    const std::string source = takeResponse(options, values, *run);
     run->responseReady = true;
     run->RunDesign();
 
     const DesignReport report = MakeDesignReport(*run, values);
     if (!report.isFinite) {
-        throw InputError(options.response, "no filter can be designed for this response");
+        throw InputError(source, "no filter can be designed for this response");
     }
     writeFiles(options, FormatFilterFile(run->iirFitter.coefficientWords, addresses), report);
 
-    std::printf("Filter for %s\n%s", options.response.c_str(), SummaryText(report).c_str());
+    std::printf("Filter for %s\n%s", source.c_str(), SummaryText(report).c_str());
     std::printf("Wrote %s\n", options.output.c_str());
     if (options.report) {
         std::printf("Wrote %s\n", options.report->c_str());

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "app/DeviceChoice.h"
 #include "app/LinkCommand.h"
 
 namespace tonvane {
@@ -13,12 +14,14 @@ struct DesignOptions {
     // dB; what a filter that only cuts needs to have something to cut.
     static constexpr int32_t usualGainClamp = -6;
 
-    std::string response;                  // .qsr or .csv, told apart by content
-    std::string output;                    // the filter file
-    std::optional<int32_t> rate;           // Hz, of a table; must agree with that of a .qsr
-    std::optional<std::string> target;     // target file; flat without one
-    std::optional<int32_t> gainClamp;      // dB, 0 to -12; ahead of the target file's; else usual
-    std::optional<int32_t> format;         // 20 or 4; ahead of the address file's
+    std::string response;               // .qsr or .csv, told apart by content
+    bool measure = false;               // measure the response instead
+    DeviceOptions device;               // on which device
+    std::string output;                 // the filter file
+    std::optional<int32_t> rate;        // Hz, of a table or a measurement; must agree with a .qsr's
+    std::optional<std::string> target;  // target file; flat without one
+    std::optional<int32_t> gainClamp;   // dB, 0 to -12; ahead of the target file's; else usual
+    std::optional<int32_t> format;      // 20 or 4; ahead of the address file's
     std::optional<std::string> addresses;  // address file
     std::optional<std::string> report;     // JSON report
     bool program = false;                  // send the filter to the amplifier
