@@ -75,7 +75,7 @@ MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const Devic
     run.InitTuningState();
     std::printf("Measuring on %s at %d Hz\n", chosen.name.c_str(), values.InputSampleRate);
     std::fflush(stdout);
-    return MeasureResponse(*chosen.device, chosen.name, device.limit(), run, values);
+    return MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
 }
 
 void MeasureCommand(const MeasureOptions& options) {

@@ -90,12 +90,12 @@ bool IsMeasuringRate(int64_t rate) {
 }
 
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
-                                  std::chrono::milliseconds limit, TuningRun& run,
+                                  const RunLimits& limits, TuningRun& run,
                                   const ProgramValues& values) {
     const InterruptMark interrupt;
     RunNews news;
     CEqStream filter;
-    CStreamEngine engine(run.measurement);
+    CStreamEngine engine(run.measurement, limits.intervals);
     engine.SetDevice(&device);
     engine.AttachFilter(&filter);
     engine.status.notifyWindow = &news;
@@ -112,7 +112,7 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
         const auto share = [&] {
             line.show(static_cast<double>(engine.waveIn.framesCaptured) / capturedFrames(engine));
         };
-        const RunEnd end = WatchRun(engine, news, limit, share);
+        const RunEnd end = WatchRun(engine, news, limits.delivery, share);
         expectGoodRun(engine, end, news.isComplete, name);
         line.show(1.0);
     }

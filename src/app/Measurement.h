@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "device/WaveDevice.h"
+#include "stream/StreamEngine.h"
 #include "tuning/TuningRun.h"
 
 namespace tonvane {
@@ -27,12 +28,18 @@ struct MeasurementReport {
 bool IsMeasuringRate(int64_t rate);
 constexpr const char* measuringRates = "an even rate, 8000 to 192000 Hz";
 
+// How long a device may deliver nothing, and the engine's own waits.
+struct RunLimits {
+    std::chrono::milliseconds delivery{10000};
+    CStreamEngine::Intervals intervals{};
+};
+
 // Measures through a device that is closed and called `name`, at the run's design rate, and makes
-// the result the response of the run; the device is closed again. `limit` is how long the device
-// may deliver nothing. Throws InputError, with no response in the run, when the device does not
-// open, is lost, stalls or has had an xrun, and when the capture is silent; Interrupted for Ctrl-C.
+// the result the response of the run; the device is closed again. Throws InputError, with no
+// response in the run, when the device does not open, is lost, stalls or has had an xrun, and when
+// the capture is silent; Interrupted for Ctrl-C.
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
-                                  std::chrono::milliseconds limit, TuningRun& run,
+                                  const RunLimits& limits, TuningRun& run,
                                   const ProgramValues& values);
 
 // The report as text of some lines for a terminal, and as JSON.
