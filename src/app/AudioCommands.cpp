@@ -7,6 +7,7 @@
 #include "app/ConsoleMessages.h"
 #include "app/Interruption.h"
 #include "app/RunWatch.h"
+#include "device/DeviceFaults.h"
 #include "files/FileAccess.h"
 #include "files/InputError.h"
 #include "files/ResponseFile.h"
@@ -32,6 +33,12 @@ int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
     return rate;
 }
 
+// As the end of a sentence.
+std::string reasonOf(const CWaveDevice& device) {
+    const std::string reason = RefusalOf(device);
+    return reason.empty() ? reason : ": " + reason;
+}
+
 // Both files or none.
 void writeFiles(const MeasureOptions& options, const TuningRun& run,
                 const MeasurementReport& report) {
@@ -50,6 +57,9 @@ void writeFiles(const MeasureOptions& options, const TuningRun& run,
 }
 
 void openWaveFile(const PlayOptions& options, WavePlayer& player) {
+    if (!ReadBinaryFile(options.path, 1)) {
+        throw InputError(options.path, "cannot be opened");
+    }
     if (!player.OpenWaveFile(options.path)) {
         throw InputError(options.path, "is no wave file that can be played");
     }
@@ -75,7 +85,12 @@ MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const Devic
     run.InitTuningState();
     std::printf("Measuring on %s at %d Hz\n", chosen.name.c_str(), values.InputSampleRate);
     std::fflush(stdout);
-    return MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
+    MeasurementReport report =
+        MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
+    if (!chosen.warning.empty()) {
+        report.warnings.insert(report.warnings.begin(), chosen.warning);
+    }
+    return report;
 }
 
 void MeasureCommand(const MeasureOptions& options) {
@@ -107,8 +122,13 @@ void PlayCommand(const PlayOptions& options) {
     openWaveFile(options, player);
     engine.inputFile.RequestSeek(options.from);
     if (!player.Play()) {
-        throw InputError(news.error.empty() ? chosen.name : options.path,
-                         news.error.empty() ? "cannot be opened for playing" : news.error);
+        if (!news.error.empty()) {
+            throw InputError(options.path, "cannot be opened");
+        }
+        throw InputError(chosen.name, "cannot be opened for playing" + reasonOf(*chosen.device));
+    }
+    if (!chosen.warning.empty()) {
+        std::printf("Warning: %s\n", chosen.warning.c_str());
     }
     std::printf("Playing %s on %s, %s\n", options.path.c_str(), chosen.name.c_str(),
                 player.durationText.substr(3).c_str());

@@ -23,10 +23,11 @@ struct ChosenDevice {
     std::string name;
     std::unique_ptr<CWaveDevice> device;
     std::optional<int32_t> rate;  // Hz, the only one that the device serves
+    std::string warning;          // for the person; empty for none
 };
 
-// Throws InputError for a name that is not on the menu, which it tells, and for a simulated device
-// whose response cannot be used. The transform tables are there.
+// Throws InputError for a name that is not on the menu, and for a simulated device whose response
+// cannot be used. The transform tables are there.
 ChosenDevice ChooseDevice(const DeviceOptions& options);
 
 // Prints the device menu.

@@ -104,8 +104,10 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
 
     measurement.Measure();
     if (!measurement.started()) {
+        const std::string reason = RefusalOf(device);
         throw InputError(name, "cannot be opened for playing and capturing at " +
-                                   std::to_string(run.designRate) + " Hz");
+                                   std::to_string(run.designRate) + " Hz" +
+                                   (reason.empty() ? reason : ": " + reason));
     }
     {
         ProgressLine line("Measuring");
