@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "app/AudioCommands.h"
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
 #include "app/OutputFiles.h"
@@ -63,9 +64,8 @@ std::string formatReport(const DesignOptions& options, const FinishedDesign& des
     if (extension != ".html" && extension != ".htm") {
         return FormatJsonReport(design.report);
     }
-    return HtmlReport(design.report,
-                      {options.response, options.target.value_or(""), options.output},
-                      PlotElement(options.plot.value_or(PlotOptions{}), options.response, design));
+    return HtmlReport(design.report, {design.source, options.target.value_or(""), options.output},
+                      PlotElement(options.plot.value_or(PlotOptions{}), design));
 }
 
 // The files in the order of outputsOf.
@@ -77,7 +77,7 @@ std::vector<NewContents> contentsOf(const DesignOptions& options, const std::str
         files.push_back({*options.report, formatReport(options, design)});
     }
     if (options.plot) {
-        files.push_back({options.plot->output, PlotBytes(*options.plot, options.response, design)});
+        files.push_back({options.plot->output, PlotBytes(*options.plot, design)});
     }
     const IirFitter& fitter = design.run->iirFitter;
     const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
@@ -86,6 +86,21 @@ std::vector<NewContents> contentsOf(const DesignOptions& options, const std::str
         files.push_back({wanted.path, FormatExport(wanted, source)});
     }
     return files;
+}
+
+void takeResponse(const DesignOptions& options, FinishedDesign& design) {
+    if (options.measure) {
+        const MeasurementReport report =
+            MeasureInto(*design.run, design.values, options.device, options.rate);
+        for (const std::string& warning : report.warnings) {
+            std::printf("Warning: %s\n", warning.c_str());
+        }
+        design.source = "the measurement on " + report.device;
+        return;
+    }
+    design.source = options.response;
+    StartWithResponse(options.input(), ReadResponse(options.input(), design.notes), design.notes,
+                      design.values, *design.run);
 }
 
 void programAmplifier(const DesignReport& report, TuningRun& run) {
@@ -107,13 +122,13 @@ std::unique_ptr<FinishedDesign> DesignResponse(const DesignOptions& options) {
     InitFftTables(responseLength);
     design->run = std::make_unique<TuningRun>(design->values, design->messages, nullptr,
                                               options.link.port, MakeTransport(options.link));
-    StartWithResponse(options.input(), ReadResponse(options.input(), design->notes), design->notes,
-                      design->values, *design->run);
+    takeResponse(options, *design);
+    design->run->responseReady = true;
     design->run->RunDesign();
 
     design->report = MakeDesignReport(*design->run, design->values);
     if (!design->report.isFinite) {
-        throw InputError(options.response, "no filter can be designed for this response");
+        throw InputError(design->source, "no filter can be designed for this response");
     }
     return design;
 }
@@ -132,7 +147,7 @@ void RunDesignCommand(const DesignOptions& options) {
     WriteOutputs(contentsOf(options, filters, *design));
 
     PrintNotes(design->notes);
-    std::printf("Filter for %s\n%s", options.response.c_str(), SummaryText(design->report).c_str());
+    std::printf("Filter for %s\n%s", design->source.c_str(), SummaryText(design->report).c_str());
     for (const std::string& output : outputs) {
         std::printf("Wrote %s\n", output.c_str());
     }

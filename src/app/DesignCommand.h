@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/ConsoleMessages.h"
+#include "app/DeviceChoice.h"
 #include "app/Exports.h"
 #include "app/LinkCommand.h"
 #include "app/PlotOptions.h"
@@ -23,8 +24,10 @@ struct DesignOptions {
     static constexpr int32_t usualGainClamp = -6;
 
     std::string response;                  // see KindOfInput
+    bool measure = false;                  // measure the response instead
+    DeviceOptions device;                  // on which device
     std::string output;                    // the filter file
-    std::optional<int32_t> rate;           // Hz, of a table or raw samples; else the file's
+    std::optional<int32_t> rate;           // Hz, of a table, raw samples or a measurement
     std::optional<int32_t> channel;        // of a wave file, from 1
     bool strict = false;                   // refuse what has to be guessed
     std::optional<std::string> target;     // target file; flat without one
@@ -46,7 +49,8 @@ struct FinishedDesign {
     ConsoleMessages messages;
     std::unique_ptr<TuningRun> run;
     DesignReport report;
-    InputNotes notes;  // of the response
+    std::string source;  // what the response is called: its file, or the measurement
+    InputNotes notes;    // of the response
 };
 
 // Reads the files that the options name and designs; nothing is written. Throws InputError for

@@ -31,11 +31,9 @@ void addLooks(CLI::App& command, PlotOptions& plot) {
 
 }  // namespace
 
-void AddResponseOptions(CLI::App& command, DesignOptions& options) {
-    command
-        .add_option("response", options.response,
-                    "Speaker response: .qsr, a table of frequencies and levels, or a wave file")
-        ->required();
+void AddResponseOptions(CLI::App& command, CLI::App& source, DesignOptions& options) {
+    source.add_option("response", options.response,
+                      "Speaker response: .qsr, a table of frequencies and levels, or a wave file");
     command.add_option(
         "--rate", options.rate,
         "Sample rate in Hz, 8000 to 192000, of a table (48000 if not given) or of raw samples");
@@ -70,7 +68,9 @@ void AddPlotCommand(CLI::App& app, std::function<void()>& run) {
     };
     const auto arguments = std::make_shared<Arguments>();
     CLI::App* plot = app.add_subcommand("plot", "Draw a loudspeaker's response and its filter");
-    AddResponseOptions(*plot, arguments->design);
+    auto* source = plot->add_option_group("source");
+    source->require_option(1);
+    AddResponseOptions(*plot, *source, arguments->design);
     plot->add_option("-o,--output", arguments->plot.output, "Picture: .png, .svg or .pdf")
         ->required();
     addLooks(*plot, arguments->plot);

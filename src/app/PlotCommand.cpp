@@ -92,10 +92,9 @@ std::string captionOf(const std::string& response, const DesignReport& report) {
     return std::filesystem::path(response).filename().string() + text;
 }
 
-PlotPicture captionedPicture(const PlotOptions& options, const std::string& response,
-                             const DesignReport& report) {
+PlotPicture captionedPicture(const PlotOptions& options, const FinishedDesign& design) {
     PlotPicture picture = pictureOf(options);
-    picture.caption = options.caption.value_or(captionOf(response, report));
+    picture.caption = options.caption.value_or(captionOf(design.source, design.report));
     return picture;
 }
 
@@ -106,9 +105,8 @@ void CheckPlotOptions(const PlotOptions& options) {
     pictureOf(options);
 }
 
-std::string PlotBytes(const PlotOptions& options, const std::string& response,
-                      const FinishedDesign& design) {
-    const PlotPicture picture = captionedPicture(options, response, design.report);
+std::string PlotBytes(const PlotOptions& options, const FinishedDesign& design) {
+    const PlotPicture picture = captionedPicture(options, design);
     try {
         switch (kindOf(options.output)) {
             case PictureKind::png:
@@ -125,10 +123,8 @@ std::string PlotBytes(const PlotOptions& options, const std::string& response,
     }
 }
 
-std::string PlotElement(const PlotOptions& options, const std::string& response,
-                        const FinishedDesign& design) {
-    const std::string file =
-        PlotSvg(*design.run, design.values, captionedPicture(options, response, design.report));
+std::string PlotElement(const PlotOptions& options, const FinishedDesign& design) {
+    const std::string file = PlotSvg(*design.run, design.values, captionedPicture(options, design));
     return file.substr(file.find("<svg"));
 }
 
@@ -136,7 +132,7 @@ void RunPlotCommand(const DesignOptions& design, const PlotOptions& plot) {
     ExpectDistinctFiles({plot.output}, {design.response, design.target.value_or("")});
     CheckPlotOptions(plot);
     const auto finished = DesignResponse(design);
-    const NewContents picture{plot.output, PlotBytes(plot, design.response, *finished)};
+    const NewContents picture{plot.output, PlotBytes(plot, *finished)};
     WriteOutputs({&picture, 1});
     PrintNotes(finished->notes);
     std::printf("Wrote %s\n", plot.output.c_str());
