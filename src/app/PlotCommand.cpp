@@ -46,15 +46,16 @@ ShownCurves curvesOf(const std::vector<std::string>& names) {
         });
         shown.*style.state = isNamed ? 1 : 0;
     }
-    for (const std::string& name : names) {
-        if (name != allCurves &&
-            std::ranges::find(curveStyles, name, &CurveStyle::name) == curveStyles.end()) {
-            std::string known = allCurves;
-            for (const CurveStyle& style : curveStyles) {
-                known += std::string(", ") + style.name;
-            }
-            throw InputError("--show", "there is no curve " + name + "; expected " + known);
+    const auto unknown = std::ranges::find_if(names, [](const std::string& name) {
+        return name != allCurves &&
+               std::ranges::find(curveStyles, name, &CurveStyle::name) == curveStyles.end();
+    });
+    if (unknown != names.end()) {
+        std::string complaint = "there is no curve " + *unknown + "; expected " + allCurves;
+        for (const CurveStyle& style : curveStyles) {
+            complaint.append(", ").append(style.name);
         }
+        throw InputError("--show", complaint);
     }
     return shown;
 }
