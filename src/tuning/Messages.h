@@ -26,6 +26,10 @@ class TuningView {
 
     virtual void UpdateResultList() = 0;
     virtual void RedrawCurves() = 0;
+
+    // The controls that start a measurement or a load and edit the target serve, or a measurement
+    // runs and they do not.
+    virtual void SetEditControlsEnabled(bool /*enabled*/) {}
 };
 
 }  // namespace tonvane

@@ -1,0 +1,67 @@
+#include "tuning/WavePlayer.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace tonvane {
+
+namespace {
+
+constexpr double quartersPerSecond = 4.0;
+
+std::string minutesAndSeconds(int32_t seconds) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%02d:%02d", seconds / 60, seconds % 60);
+    return text;
+}
+
+}  // namespace
+
+bool WavePlayer::OpenWaveFile(const std::string& path) {
+    Stop();
+    if (!engine.OpenFile(path.c_str())) {
+        durationQuarters = 0.0;
+        rangeQuarters = 0;
+        durationText = noFileText;
+        return false;
+    }
+    durationQuarters = quartersPerSecond * engine.inputFile.DurationSeconds();
+    const auto quarters = static_cast<int32_t>(std::ceil(durationQuarters));
+    rangeQuarters = static_cast<int16_t>(quarters);
+    durationText = " / " + minutesAndSeconds((quarters + 3) / 4);
+    return true;
+}
+
+bool WavePlayer::Play() {
+    if (engine.paused) {
+        engine.paused = false;
+        return true;
+    }
+    if (isActive()) {
+        engine.paused = true;
+        return true;
+    }
+    return engine.StartPlayback();
+}
+
+void WavePlayer::Stop() {
+    engine.Stop();
+}
+
+void WavePlayer::Seek(double quarters) {
+    engine.inputFile.RequestSeek(quarters / quartersPerSecond);
+}
+
+int32_t WavePlayer::PositionQuarters() const {
+    double position = quartersPerSecond * engine.inputFile.PositionSeconds();
+    if (position == durationQuarters) {
+        position = quartersPerSecond * std::ceil(position / quartersPerSecond);
+    }
+    return static_cast<int32_t>(position);
+}
+
+std::string WavePlayer::PositionText(int32_t quarters) {
+    return quarters < 0 ? "--:--" : minutesAndSeconds(quarters / 4);
+}
+
+}  // namespace tonvane

@@ -1,0 +1,56 @@
+#include "wavefile/SampleBytes.h"
+
+#include <cmath>
+#include <cstring>
+
+namespace tonvane {
+
+SampleBytes SampleBytes::OfBits(int32_t bits) {
+    SampleBytes coding;
+    coding.bytesPerSample = (bits + 7) / 8;
+    const int32_t storedBits = coding.bytesPerSample * 8;
+    const int64_t half = int64_t{1} << (storedBits - 1);
+    coding.zeroOffset = static_cast<int32_t>(half);
+    coding.fullScale = static_cast<double>(half);
+    coding.minimum = static_cast<int32_t>(-half);
+    coding.maximum = static_cast<int32_t>(half - 1);
+    coding.signShift = 32 - storedBits;
+    return coding;
+}
+
+void SampleBytes::Decode(std::span<const uint8_t> bytes, std::span<double> samples) const {
+    const uint8_t* from = bytes.data();
+    for (double& sample : samples) {
+        uint32_t word = 0;
+        for (int32_t i = 0; i < bytesPerSample; ++i) {
+            word |= static_cast<uint32_t>(from[i]) << (8 * i);
+        }
+        from += bytesPerSample;
+        const int32_t value = bytesPerSample == 1
+                                  ? static_cast<int32_t>(word) - zeroOffset
+                                  : static_cast<int32_t>(word << signShift) >> signShift;
+        sample = value / fullScale;
+    }
+}
+
+void SampleBytes::Encode(std::span<const double> samples, std::span<uint8_t> bytes) const {
+    uint8_t* to = bytes.data();
+    for (const double sample : samples) {
+        const double rounded = std::floor(sample * fullScale + 0.5);
+        int32_t value = minimum;
+        if (rounded >= maximum) {
+            value = maximum;
+        } else if (rounded > minimum) {
+            value = static_cast<int32_t>(rounded);
+        }
+        if (bytesPerSample == 1) {
+            value += zeroOffset;
+        }
+        const auto word = static_cast<uint32_t>(value);
+        for (int32_t i = 0; i < bytesPerSample; ++i) {
+            *to++ = static_cast<uint8_t>(word >> (8 * i));
+        }
+    }
+}
+
+}  // namespace tonvane

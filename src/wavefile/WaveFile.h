@@ -1,0 +1,61 @@
+// A wave file of integer samples, for reading or for writing.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "device/WaveFormat.h"
+#include "wavefile/RiffFile.h"
+#include "wavefile/SampleBytes.h"
+
+namespace tonvane {
+
+class CWaveFile {
+  public:
+    // Makes a file and writes its head: Write puts samples behind it, Close fills in the sizes.
+    // bits 1 to 32, stored in whole bytes. False, with a line on standard error, when the file
+    // cannot be made.
+    bool Create(const std::string& path, int32_t rate, int32_t bits, int32_t channels);
+
+    // Reads the head, whatever chunks stand between its parts; the position is then the first
+    // sample. `bits` comes out rounded up to whole bytes. The format tag is not looked at: samples
+    // that are no integers are read as integers of their size. False, with nothing open, for
+    // everything without a usable head: no format or no data chunk, no channel, more than 32 bits
+    // or none.
+    bool Open(const std::string& path, int32_t& rate, int32_t& bits, int32_t& channels);
+
+    void Close() { riff.Close(); }
+
+    [[nodiscard]] bool isOpen() const { return riff.isOpen(); }
+
+    // Reading: whole frames from the position to the end of the data; 0 without an open file.
+    [[nodiscard]] int32_t FramesLeft() const;
+
+    // Reading: puts the position at a frame, counted from the first. Behind the end no frames are
+    // left.
+    void SeekFrame(int64_t frame);
+
+    // Reads whole frames, interleaved, at full scale 1.0. Samples that the file lacks come out as
+    // if their bytes were 0.
+    void Read(double* samples, int32_t frames);
+
+    // Writes whole frames, interleaved, at full scale 1.0; Encode of SampleBytes tells how. A full
+    // disk is not noticed.
+    void Write(const double* samples, int32_t frames);
+
+    // The head of the open file as it stands there.
+    [[nodiscard]] const WAVEFORMATEX& format() const { return head; }
+    [[nodiscard]] const SampleBytes& sampleBytes() const { return coding; }
+
+  private:
+    bool readHead(int32_t& rate, int32_t& bits, int32_t& channels);
+    bool findChunk(RiffTag wanted);
+
+    CRiffFile riff;
+    WAVEFORMATEX head;
+    SampleBytes coding;
+    std::vector<uint8_t> bytes;  // of the block that is moved
+};
+
+}  // namespace tonvane
