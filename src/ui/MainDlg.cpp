@@ -122,8 +122,8 @@ void CMainDlg::OnDetachStages() {
 
 void CMainDlg::OnFileOpened() {
     const WAVEFORMATEX& format = engine.inputFile.format;
-    run.SetStatusLine(1, std::to_string(format.sampleRate) + " Hz, " +
-                             std::to_string(format.channels) + " ch");
+    run.SetStatusLine(
+        1, std::to_string(format.sampleRate) + " Hz, " + std::to_string(format.channels) + " ch");
     run.SetStatusLine(2, "");
 }
 

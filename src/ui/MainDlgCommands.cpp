@@ -278,7 +278,8 @@ void CMainDlg::OnDump(const DialogMessage& /*m*/) {
     const auto read = [&](int32_t reg, std::span<uint8_t> contents) {
         run.ampLink.ReadRegister(reg, static_cast<int32_t>(contents.size()), contents);
     };
-    ReplaceFile(*path, FormatRegisterDump(read), InPlace::whenFolderRefuses);  // silent, if it fails
+    ReplaceFile(*path, FormatRegisterDump(read),
+                InPlace::whenFolderRefuses);  // silent, if it fails
 }
 
 void CMainDlg::OnRegisterNumber(const DialogMessage& m) {

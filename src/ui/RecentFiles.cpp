@@ -6,9 +6,9 @@ namespace tonvane {
 
 namespace {
 
-constexpr uint32_t usualEntries = 16;     // read from a store that does not say how many there are
-constexpr uint32_t mostEntries = 1000;    // looked for, whatever the store says
-constexpr size_t longestPath = 260 - 1;   // bytes
+constexpr uint32_t usualEntries = 16;    // read from a store that does not say how many there are
+constexpr uint32_t mostEntries = 1000;   // looked for, whatever the store says
+constexpr size_t longestPath = 260 - 1;  // bytes
 
 std::string entryName(uint32_t index) {
     return "File" + std::to_string(index);

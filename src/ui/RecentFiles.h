@@ -18,8 +18,8 @@ class CPathComboBox {
   public:
     CPathComboBox(DialogHost& host, int id) : host_(host), id_(id) {}
 
-    // Puts a path on top, where it is not empty, and selects it; an equal one goes, or else the last
-    // of a full list.
+    // Puts a path on top, where it is not empty, and selects it; an equal one goes, or else the
+    // last of a full list.
     void AddPath(const std::string& path);
 
     // The selected path, empty for none.

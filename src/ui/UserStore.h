@@ -23,8 +23,8 @@ class UserStore {
     virtual void commit() = 0;
 };
 
-// In a text file of lines "name=value" below a section in brackets. A value with a line end in it is
-// not kept.
+// In a text file of lines "name=value" below a section in brackets. A value with a line end in it
+// is not kept.
 class FileUserStore : public UserStore {
   public:
     // The file is read now; commit makes its folder if it is not there.
