@@ -1,4 +1,5 @@
-// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, link).
+// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, plot,
+// link).
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -10,6 +11,7 @@
 #include "app/BatchCommand.h"
 #include "app/DesignCommand.h"
 #include "app/LinkArguments.h"
+#include "app/PlotArguments.h"
 
 namespace {
 
@@ -18,20 +20,8 @@ constexpr int badUsage = 2;
 
 void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<void()>& run) {
     CLI::App* design = app.add_subcommand("design", "Design a filter for a loudspeaker's response");
-    design
-        ->add_option("response", options.response,
-                     "Speaker response: .qsr, or a .csv table of frequency,level")
-        ->required();
+    tonvane::AddResponseOptions(*design, options);
     design->add_option("-o,--output", options.output, "Filter file to write")->required();
-    design->add_option(
-        "--rate", options.rate,
-        "Sample rate in Hz, 8000 to 192000; a .qsr brings its own (48000 for a table)");
-    design->add_option("--target", options.target, "Target file; without one the target is flat");
-    design
-        ->add_option("--gain-clamp", options.gainClamp,
-                     "Loudness given up for the correction, 0 to -12 dB; ahead of the target "
-                     "file's (-6 without either)")
-        ->check(CLI::Range(-12, 0));
     design
         ->add_option("--format", options.format,
                      "Lines of the filter file: 20 (a section a line) or 4 (a word a line)")
@@ -39,6 +29,7 @@ void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<voi
     design->add_option("--addresses", options.addresses,
                        "Address file such as registeraddress.cfg");
     design->add_option("--report", options.report, "JSON file with the figures of the design");
+    tonvane::AddDesignPlot(*design, options);
     design->add_flag("--program", options.program,
                      "Send the filter to the amplifier through the link server");
     tonvane::AddLinkOptions(*design, options.link);
@@ -56,6 +47,7 @@ int runForPerson(int argc, char** argv) {
     tonvane::DesignOptions options;
     std::function<void()> run;
     addDesign(app, options, run);
+    tonvane::AddPlotCommand(app, run);
     tonvane::AddLinkCommand(app, run);
     try {
         app.parse(argc, argv);

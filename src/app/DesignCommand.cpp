@@ -6,8 +6,8 @@
 #include <memory>
 #include <vector>
 
-#include "app/ConsoleMessages.h"
 #include "app/JsonReport.h"
+#include "app/PlotCommand.h"
 #include "files/FileAccess.h"
 #include "files/FilterFile.h"
 #include "files/InputError.h"
@@ -97,33 +97,15 @@ bool isSameFile(const std::string& a, const std::string& b) {
            fs::equivalent(a, b, ignored);
 }
 
-// An output that is also an input or the other output would be lost.
-void expectDistinctFiles(const DesignOptions& options) {
-    std::vector<std::string> others{options.response, options.target.value_or(""),
-                                    options.addresses.value_or("")};
-    const auto expectOther = [&](const std::string& output) {
-        std::error_code ignored;
-        const bool special = fs::exists(output, ignored) && !fs::is_regular_file(output, ignored);
-        const bool used = std::ranges::any_of(others, [&](const std::string& other) {
-            return !other.empty() && isSameFile(output, other);
-        });
-        if (used && !special) {
-            throw InputError(output, "would overwrite another file of this design");
-        }
-    };
-    expectOther(options.output);
-    if (options.report) {
-        others.push_back(options.output);
-        expectOther(*options.report);
-    }
-}
-
-// Both files or none.
+// All files or none.
 void writeFiles(const DesignOptions& options, const std::string& filters,
-                const DesignReport& report) {
+                const FinishedDesign& design) {
     std::vector<NewContents> files{{options.output, filters}};
     if (options.report) {
-        files.push_back({*options.report, FormatJsonReport(report)});
+        files.push_back({*options.report, FormatJsonReport(design.report)});
+    }
+    if (options.plot) {
+        files.push_back({options.plot->output, PlotBytes(*options.plot, options.response, design)});
     }
     if (const auto failure = ReplaceFiles(files)) {
         throw InputError(failure->path, "cannot be written: " + failure->reason);
@@ -142,40 +124,76 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 
 }  // namespace
 
-void RunDesignCommand(const DesignOptions& options) {
+// An output that is also an input or another output would be lost.
+void ExpectDistinctFiles(const DesignOptions& options) {
+    std::vector<std::string> others{options.response, options.target.value_or(""),
+                                    options.addresses.value_or("")};
+    const auto expectOther = [&](const std::string& output) {
+        std::error_code ignored;
+        const bool special = fs::exists(output, ignored) && !fs::is_regular_file(output, ignored);
+        const bool used = std::ranges::any_of(others, [&](const std::string& other) {
+            return !other.empty() && isSameFile(output, other);
+        });
+        if (used && !special) {
+            throw InputError(output, "would overwrite another file of this design");
+        }
+    };
+    const std::optional<std::string> picture =
+        options.plot ? std::optional(options.plot->output) : std::nullopt;
+    for (const auto& output : {std::optional(options.output), options.report, picture}) {
+        if (output && !output->empty()) {
+            expectOther(*output);
+            others.push_back(*output);
+        }
+    }
+}
+
+std::unique_ptr<FinishedDesign> DesignResponse(const DesignOptions& options) {
     if (options.rate && !IsUsableRate(*options.rate)) {
         throw InputError("--rate", "expected " + std::string(usableRates));
     }
-    expectDistinctFiles(options);
-    ConsoleMessages messages;
-    ProgramValues values;
+    auto design = std::make_unique<FinishedDesign>();
+    ProgramValues& values = design->values;
     readTarget(options, values);
-    const RegisterAddressConfig addresses = readAddresses(options);
-
     InitFftTables(responseLength);
-    const auto run = std::make_unique<TuningRun>(values, messages, nullptr, options.link.port,
-                                                 MakeTransport(options.link));
+    design->run = std::make_unique<TuningRun>(values, design->messages, nullptr, options.link.port,
+                                              MakeTransport(options.link));
     if (looksLikeText(options.response)) {
-        takeTableFile(options, values, *run);
+        takeTableFile(options, values, *design->run);
     } else {
-        takeImpulseFile(options, values, *run);
+        takeImpulseFile(options, values, *design->run);
     }
-    run->responseReady = true;
-    run->RunDesign();
+    design->run->responseReady = true;
+    design->run->RunDesign();
 
-    const DesignReport report = MakeDesignReport(*run, values);
-    if (!report.isFinite) {
+    design->report = MakeDesignReport(*design->run, values);
+    if (!design->report.isFinite) {
         throw InputError(options.response, "no filter can be designed for this response");
     }
-    writeFiles(options, FormatFilterFile(run->iirFitter.coefficientWords, addresses), report);
+    return design;
+}
+
+void RunDesignCommand(const DesignOptions& options) {
+    ExpectDistinctFiles(options);
+    if (options.plot) {
+        CheckPlotOptions(*options.plot);
+    }
+    const RegisterAddressConfig addresses = readAddresses(options);
+    const auto design = DesignResponse(options);
+    const DesignReport& report = design->report;
+    TuningRun& run = *design->run;
+    writeFiles(options, FormatFilterFile(run.iirFitter.coefficientWords, addresses), *design);
 
     std::printf("Filter for %s\n%s", options.response.c_str(), SummaryText(report).c_str());
     std::printf("Wrote %s\n", options.output.c_str());
     if (options.report) {
         std::printf("Wrote %s\n", options.report->c_str());
     }
+    if (options.plot) {
+        std::printf("Wrote %s\n", options.plot->output.c_str());
+    }
     if (options.program) {
-        programAmplifier(report, *run);
+        programAmplifier(report, run);
     }
 }
 

@@ -2,10 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "app/ConsoleMessages.h"
 #include "app/LinkCommand.h"
+#include "app/PlotOptions.h"
+#include "tuning/DesignReport.h"
+#include "tuning/TuningRun.h"
 
 namespace tonvane {
 
@@ -21,9 +26,25 @@ struct DesignOptions {
     std::optional<int32_t> format;         // 20 or 4; ahead of the address file's
     std::optional<std::string> addresses;  // address file
     std::optional<std::string> report;     // JSON report
+    std::optional<PlotOptions> plot;       // a picture of the design
     bool program = false;                  // send the filter to the amplifier
     LinkOptions link;                      // how to reach it
 };
+
+// A design that has gone through.
+struct FinishedDesign {
+    ProgramValues values;
+    ConsoleMessages messages;
+    std::unique_ptr<TuningRun> run;
+    DesignReport report;
+};
+
+// Reads the files that the options name and designs; nothing is written. Throws InputError for
+// input that cannot be used and for a design that does not give numbers.
+std::unique_ptr<FinishedDesign> DesignResponse(const DesignOptions& options);
+
+// Throws InputError when one of the files that the options have written is another of theirs.
+void ExpectDistinctFiles(const DesignOptions& options);
 
 // Designs, writes the files and prints a summary on standard output, then programs the amplifier if
 // asked to. Throws InputError for input that cannot be used or an output that cannot be written;

@@ -59,6 +59,16 @@ void traceRoundRectangle(cairo_t* context, const Rectangle& r, double inset, dou
     cairo_close_path(context);
 }
 
+Rectangle moved(const Rectangle& r, Point by) {
+    return {r.left + by.x, r.top + by.y, r.right + by.x, r.bottom + by.y};
+}
+
+// The pixels that a rectangle touches.
+Rectangle inPixels(const Rectangle& r, int32_t resolution) {
+    const auto up = [&](int32_t position) { return -(-position / resolution); };
+    return {r.left / resolution, r.top / resolution, up(r.right), up(r.bottom)};
+}
+
 }  // namespace
 
 cairo_status_t AppendBytes(void* text, const unsigned char* bytes, unsigned int count) {
@@ -72,16 +82,16 @@ void ExpectDrawn(cairo_status_t status) {
     }
 }
 
-CairoCanvas::Surface::Surface(CairoSurfacePointer made, int32_t surfaceWidth, int32_t surfaceHeight,
-                              double font, double resolution)
-    : width(surfaceWidth),
-      height(surfaceHeight),
+CairoCanvas::Surface::Surface(CairoSurfacePointer made, int32_t canvasWidth, int32_t canvasHeight,
+                              double font, double unitsOfSurface)
+    : width(canvasWidth),
+      height(canvasHeight),
       fontSize(font),
       surface(std::move(made)),
       context(cairo_create(surface.get())) {
     ExpectDrawn(cairo_status(context.get()));
     cairo_t* c = context.get();
-    cairo_scale(c, 1.0 / resolution, 1.0 / resolution);
+    cairo_scale(c, 1.0 / unitsOfSurface, 1.0 / unitsOfSurface);
     cairo_select_font_face(c, fontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(c, fontSize);
     const std::unique_ptr<cairo_font_options_t, FontOptionsDestroy> options(
@@ -98,13 +108,20 @@ void CairoCanvas::Surface::setColor(Color color) const {
 
 CairoCanvas::CairoCanvas(std::unique_ptr<Surface> surface) : surface_(std::move(surface)) {}
 
-CairoCanvas::CairoCanvas(int32_t width, int32_t height, double fontSize) {
-    std::vector<uint32_t> pixels(static_cast<size_t>(width) * height, PixelOf(0));
+double CairoCanvas::Surface::wholePixel(double position) const {
+    return std::round(position / resolution) * resolution;
+}
+
+CairoCanvas::CairoCanvas(int32_t width, int32_t height, double fontSize, int32_t resolution) {
+    const int32_t across = width / resolution;
+    const int32_t down = height / resolution;
+    std::vector<uint32_t> pixels(static_cast<size_t>(across) * down, PixelOf(0));
     CairoSurfacePointer made(
         cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels.data()),
-                                            CAIRO_FORMAT_RGB24, width, height, bytesOf(width)));
-    surface_ = std::make_unique<Surface>(std::move(made), width, height, fontSize, 1.0);
-    surface_->rows = PixelRows{pixels.data(), width, height, width};
+                                            CAIRO_FORMAT_RGB24, across, down, bytesOf(across)));
+    surface_ = std::make_unique<Surface>(std::move(made), width, height, fontSize, resolution);
+    surface_->rows = PixelRows{pixels.data(), across, down, across};
+    surface_->resolution = resolution;
     surface_->ownPixels = std::move(pixels);
 }
 
@@ -121,7 +138,8 @@ CairoCanvas::~CairoCanvas() = default;
 
 std::unique_ptr<Canvas> CairoCanvas::makeImage(int32_t width, int32_t height) const {
     if (surface_->rows) {
-        return std::make_unique<CairoCanvas>(width, height, surface_->fontSize);
+        return std::make_unique<CairoCanvas>(width, height, surface_->fontSize,
+                                             surface_->resolution);
     }
     return std::unique_ptr<Canvas>(new CairoCanvas(std::make_unique<Surface>(
         makeRecording(width, height), width, height, surface_->fontSize, 1.0)));
@@ -133,10 +151,9 @@ void CairoCanvas::setOrigin(Point fromUpperLeft) {
 
 void CairoCanvas::fillRectangle(const Rectangle& rectangle, Color color) {
     const Surface& s = *surface_;
-    const Rectangle placed{rectangle.left + s.origin.x, rectangle.top + s.origin.y,
-                           rectangle.right + s.origin.x, rectangle.bottom + s.origin.y};
+    const Rectangle placed = moved(rectangle, s.origin);
     if (s.rows) {
-        s.rows->fill(placed, PixelOf(color));
+        s.rows->fill(inPixels(placed, s.resolution), PixelOf(color));
         return;
     }
     s.setColor(color);
@@ -150,14 +167,34 @@ void CairoCanvas::setPen(Color color, int32_t width) {
     surface_->penWidth = width;
 }
 
+// A line alone belongs to a grid or a legend and is drawn sharp.
+void CairoCanvas::drawOnPixels(std::span<const Segment> segments, const Rectangle& bounds) {
+    Surface& s = *surface_;
+    const int32_t r = s.resolution;
+    const Point origin{s.origin.x / r, s.origin.y / r};
+    const Rectangle inside = inPixels(bounds, r);
+    if (r == 1 || segments.size() > 1) {
+        s.painter.draw(*s.rows, inside, origin, segments, s.penColor, s.penWidth, r);
+        return;
+    }
+    // The middle of a line stays where it is as nearly as whole pixels allow.
+    const int32_t width = std::max(s.penWidth / r, 1);
+    const double shift = width % 2 == 0 ? 0.5 : 0.0;
+    const auto whole = [&](int32_t position) {
+        return static_cast<int32_t>(std::floor(static_cast<double>(position) / r + shift));
+    };
+    for (const auto& [from, to] : segments) {
+        const Segment sharp{{whole(from.x), whole(from.y)}, {whole(to.x), whole(to.y)}};
+        s.painter.draw(*s.rows, inside, origin, {&sharp, 1}, s.penColor, width);
+    }
+}
+
 void CairoCanvas::drawLines(std::span<const Segment> segments) {
     Surface& s = *surface_;
     const Rectangle whole{-s.origin.x, -s.origin.y, s.width - s.origin.x, s.height - s.origin.y};
     const Rectangle bounds = s.clip.value_or(whole);
     if (s.rows) {
-        const Rectangle inImage{bounds.left + s.origin.x, bounds.top + s.origin.y,
-                                bounds.right + s.origin.x, bounds.bottom + s.origin.y};
-        s.painter.draw(*s.rows, inImage, s.origin, segments, s.penColor, s.penWidth);
+        drawOnPixels(segments, moved(bounds, s.origin));
         return;
     }
     cairo_t* c = s.context.get();
@@ -195,15 +232,17 @@ void CairoCanvas::drawText(Point at, TextAnchor anchor, Color color, std::string
         x -= extents.x_advance;
     }
     s.setColor(color);
-    cairo_move_to(c, std::round(x), std::round(y));
+    cairo_move_to(c, s.wholePixel(x), s.wholePixel(y));
     cairo_show_text(c, valid.c_str());
 }
 
 void CairoCanvas::roundRectangle(const Rectangle& rectangle, int32_t corner, Color fill) {
     const Surface& s = *surface_;
     cairo_t* c = s.context.get();
-    const Rectangle placed{rectangle.left + s.origin.x, rectangle.top + s.origin.y,
-                           rectangle.right + s.origin.x, rectangle.bottom + s.origin.y};
+    const Point toPixels{
+        static_cast<int32_t>(s.wholePixel(rectangle.left)) - rectangle.left + s.origin.x,
+        static_cast<int32_t>(s.wholePixel(rectangle.top)) - rectangle.top + s.origin.y};
+    const Rectangle placed = moved(rectangle, toPixels);
     traceRoundRectangle(c, placed, s.penWidth / 2.0, corner / 2.0);
     s.setColor(fill);
     cairo_fill_preserve(c);
@@ -224,8 +263,8 @@ void CairoCanvas::copyImage(const Canvas& image) {
     const Surface& from = *dynamic_cast<const CairoCanvas&>(image).surface_;
     const Surface& to = *surface_;
     if (to.rows && from.rows) {
-        const int32_t width = std::min(from.width, to.width);
-        for (int32_t y = 0; y < std::min(from.height, to.height); ++y) {
+        const int32_t width = std::min(from.rows->width, to.rows->width);
+        for (int32_t y = 0; y < std::min(from.rows->height, to.rows->height); ++y) {
             std::copy_n(from.rows->row(y), width, to.rows->row(y));
         }
         return;

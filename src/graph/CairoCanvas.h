@@ -26,9 +26,11 @@ struct DocumentFormat {
 
 class CairoCanvas : public Canvas {
   public:
-    // An image of its own, black. Text is fontSize pixels high. Throws std::runtime_error for a
-    // size that there is no memory for.
-    CairoCanvas(int32_t width, int32_t height, double fontSize);
+    // An image of its own, black. Text is fontSize high. With a resolution above 1, all sizes and
+    // positions count in parts of a pixel, which makes curves smooth; single lines, text and
+    // handles are moved to whole pixels. Throws std::runtime_error for a size that there is no
+    // memory for.
+    CairoCanvas(int32_t width, int32_t height, double fontSize, int32_t resolution = 1);
 
     // Draws on the caller's 0xAARRGGBB pixels (premultiplied, rows of `stride` pixels), which
     // outlive the canvas; everything drawn is opaque.
@@ -47,7 +49,7 @@ class CairoCanvas : public Canvas {
     void endClip() override;
     void copyImage(const Canvas& image) override;
 
-    // How far a text reaches, in pixels.
+    // How far a text reaches.
     [[nodiscard]] double textWidth(std::string_view text) const;
 
     // The image as the bytes of a PNG file; nothing for a page.
@@ -59,6 +61,8 @@ class CairoCanvas : public Canvas {
 
     struct Surface;
     explicit CairoCanvas(std::unique_ptr<Surface> surface);
+
+    void drawOnPixels(std::span<const Segment> segments, const Rectangle& bounds);
 
     std::unique_ptr<Surface> surface_;
 };

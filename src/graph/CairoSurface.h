@@ -26,14 +26,19 @@ struct FontOptionsDestroy {
 using CairoSurfacePointer = std::unique_ptr<cairo_surface_t, SurfaceDestroy>;
 
 struct CairoCanvas::Surface {
-    // Takes the surface over; `resolution` units of the canvas are one of the surface.
-    Surface(CairoSurfacePointer made, int32_t surfaceWidth, int32_t surfaceHeight, double font,
-            double resolution);
+    // Takes the surface over; sizes in units of the canvas, of which `unitsOfSurface` make one of
+    // the surface.
+    Surface(CairoSurfacePointer made, int32_t canvasWidth, int32_t canvasHeight, double font,
+            double unitsOfSurface);
+
+    // On pixels, the multiple of the resolution next to a position.
+    [[nodiscard]] double wholePixel(double position) const;
 
     void setColor(Color color) const;
 
     std::vector<uint32_t> ownPixels;
     std::optional<PixelRows> rows;  // nothing for a page
+    int32_t resolution = 1;         // units in a pixel of the rows
     int32_t width;
     int32_t height;
     double fontSize;

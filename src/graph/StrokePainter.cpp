@@ -85,7 +85,8 @@ std::optional<Line> ClipSegment(const Segment& segment, const Rectangle& rectang
 }
 
 void StrokePainter::draw(const PixelRows& target, const Rectangle& clip, Point origin,
-                         std::span<const Segment> segments, Color color, int32_t width) {
+                         std::span<const Segment> segments, Color color, int32_t width,
+                         int32_t resolution) {
     const Rectangle inside = intersect(clip, {0, 0, target.width, target.height});
     if (inside.left >= inside.right || inside.top >= inside.bottom) {
         return;
@@ -95,23 +96,24 @@ void StrokePainter::draw(const PixelRows& target, const Rectangle& clip, Point o
     used_.assign(target.height, {target.width, 0});
 
     const uint32_t pixel = PixelOf(color);
+    const double r = resolution;
     const double halfWidth = width / 2.0;
     const double middle = (width % 2) / 2.0;
-    const Rectangle own{inside.left - origin.x, inside.top - origin.y, inside.right - origin.x,
-                        inside.bottom - origin.y};
+    const Rectangle own{(inside.left - origin.x) * resolution, (inside.top - origin.y) * resolution,
+                        (inside.right - origin.x) * resolution,
+                        (inside.bottom - origin.y) * resolution};
     for (const Segment& segment : segments) {
         const bool upright = segment.from.x == segment.to.x;
         const bool level = segment.from.y == segment.to.y;
         if (upright && level) {
             continue;
         }
-        if (upright || level) {
+        if ((upright || level) && resolution == 1) {
             target.fill(box(segment, origin, width, inside), pixel);
-        } else if (const auto line = ClipSegment(segment, own, halfWidth + 1.0)) {
-            const double x = origin.x + middle;
-            const double y = origin.y + middle;
-            coverSlanted({line->x0 + x, line->y0 + y, line->x1 + x, line->y1 + y}, halfWidth,
-                         inside);
+        } else if (const auto line = ClipSegment(segment, own, halfWidth + r)) {
+            cover({origin.x + (line->x0 + middle) / r, origin.y + (line->y0 + middle) / r,
+                   origin.x + (line->x1 + middle) / r, origin.y + (line->y1 + middle) / r},
+                  halfWidth / r, inside);
         }
     }
     paintCoverage(target, pixel);
@@ -125,7 +127,7 @@ void StrokePainter::include(int32_t y, int32_t left, int32_t right) {
 
 // Every row takes the pixels whose middles can lie within reach of the line; their coverage falls
 // from 1 to 0 over the pixel at the stroke's edge.
-void StrokePainter::coverSlanted(const Line& line, double halfWidth, const Rectangle& clip) {
+void StrokePainter::cover(const Line& line, double halfWidth, const Rectangle& clip) {
     const double dx = line.x1 - line.x0;
     const double dy = line.y1 - line.y0;
     const double length = std::sqrt(dx * dx + dy * dy);

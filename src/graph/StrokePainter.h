@@ -41,13 +41,15 @@ std::optional<Line> ClipSegment(const Segment& segment, const Rectangle& rectang
 
 class StrokePainter {
   public:
-    // Draws the segments, which are relative to `origin`, inside `clip`, in pixels of the target.
-    // Upright and level ones have square ends, slanted ones round ends.
+    // Draws the segments inside `clip`. Clip and origin are in pixels of the target, the segments
+    // and their width in units of which `resolution` make a pixel. In whole pixels, upright and
+    // level strokes are sharp and have square ends; all others have round ends.
     void draw(const PixelRows& target, const Rectangle& clip, Point origin,
-              std::span<const Segment> segments, Color color, int32_t width);
+              std::span<const Segment> segments, Color color, int32_t width,
+              int32_t resolution = 1);
 
   private:
-    void coverSlanted(const Line& line, double halfWidth, const Rectangle& clip);
+    void cover(const Line& line, double halfWidth, const Rectangle& clip);
     void paintCoverage(const PixelRows& target, uint32_t pixel);
     void include(int32_t y, int32_t left, int32_t right);
 
