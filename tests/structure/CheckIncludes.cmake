@@ -2,29 +2,43 @@
 #
 # Fails when a file under <src>/<room>/ includes a file of another room that <ROOMS>/<room> does not
 # name, or when the declared dependencies run in a circle. A folder without a declaration stands on
-# the top floor: it may include every room, and no room may include it.
+# the top floor: it may include every room, and no room may include it. <src>/<folder>/<room>/ is a
+# room of its own if <ROOMS>/<room> exists.
 # With -DSELF_CHECK=<scratch folder> instead, checks that wrong trees are found.
 
 cmake_minimum_required(VERSION 3.25)
+
+# The room of a path below <source>: the inner folder if that is a room, else the outer one.
+function(find_room source rooms path result)
+    string(REGEX MATCH "^([^/]+)/(([^/]+)/)?" parts ${path})
+    set(room ${CMAKE_MATCH_1})
+    set(inner ${CMAKE_MATCH_3})
+    if(inner AND EXISTS ${rooms}/${inner} AND IS_DIRECTORY ${source}/${room}/${inner})
+        set(room ${inner})
+    endif()
+    set(${result} "${room}" PARENT_SCOPE)
+endfunction()
 
 function(find_wrong_includes source rooms result)
     set(wrong "")
     file(GLOB folders RELATIVE ${source} ${source}/*)
     foreach(folder IN LISTS folders)
-        if(NOT EXISTS ${rooms}/${folder})
-            continue()
-        endif()
-        file(STRINGS ${rooms}/${folder} allowed)
-        list(APPEND allowed ${folder})
         file(GLOB_RECURSE files RELATIVE ${source} ${source}/${folder}/*.h ${source}/${folder}/*.cpp)
         foreach(file IN LISTS files)
+            find_room(${source} ${rooms} ${file} home)
+            if(NOT EXISTS ${rooms}/${home})
+                continue()
+            endif()
+            file(STRINGS ${rooms}/${home} allowed)
+            list(APPEND allowed ${home})
             file(STRINGS ${source}/${file} includes REGEX "^[ \t]*#[ \t]*include")
             foreach(line IN LISTS includes)
-                if(NOT line MATCHES "include[ \t]*[\"<]([^/\">]+)/")
+                if(NOT line MATCHES "include[ \t]*[\"<](([^/\">]+)/[^\">]*)")
                     continue()
                 endif()
-                set(room ${CMAKE_MATCH_1})
-                if(room STREQUAL ".." OR (room IN_LIST folders AND NOT room IN_LIST allowed))
+                set(outer ${CMAKE_MATCH_2})
+                find_room(${source} ${rooms} ${CMAKE_MATCH_1} room)
+                if(outer STREQUAL ".." OR (outer IN_LIST folders AND NOT room IN_LIST allowed))
                     list(APPEND wrong "${file} includes ${room}/")
                 endif()
             endforeach()
@@ -95,6 +109,14 @@ file(WRITE ${src}/low/part/Up.cpp "  #  include <mid/Mid.h>\n")
 file(WRITE ${src}/mid/Mid.h "#include \"top/Main.h\"\n#include \"../low/Low.h\"\n")
 find_wrong_includes(${src} ${rooms} wrong)
 expect("${wrong}" "low/part/Up.cpp includes mid/;mid/Mid.h includes top/;mid/Mid.h includes ../")
+file(WRITE ${rooms}/inner "low\n")
+file(WRITE ${src}/mid/inner/Own.cpp "#include \"mid/inner/Own.h\"\n#include \"low/Low.h\"\n")
+file(WRITE ${src}/mid/inner/Out.cpp "#include \"mid/Mid.h\"\n")
+file(WRITE ${src}/mid/Mid.h "#include \"mid/inner/Own.h\"\n")
+find_wrong_includes(${src} ${rooms} wrong)
+expect("${wrong}"
+    "low/part/Up.cpp includes mid/;mid/Mid.h includes inner/;mid/inner/Out.cpp includes mid/")
 file(WRITE ${rooms}/low "mid\n")
+file(REMOVE ${rooms}/inner)
 find_circle(${rooms} circle)
 expect("${circle}" "low;mid")

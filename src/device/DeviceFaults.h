@@ -1,0 +1,40 @@
+// What went wrong in a run of a device, for whoever has to decide whether its capture is good.
+#pragma once
+
+#include <cstdint>
+
+#include "device/WaveDevice.h"
+
+namespace tonvane {
+
+// A device implements it beside CWaveDevice if it can tell. Callable from any thread.
+class DeviceFaults {
+  public:
+    virtual ~DeviceFaults() = default;
+
+    // Gaps since Open in what was played or captured: the platform's own, and moments at which a
+    // worker was too late with the next samples or with taking them.
+    [[nodiscard]] virtual int32_t xruns() const = 0;
+
+    // Whether the device has been lost since Open: nothing more will be played or captured, and
+    // Read and Write return at once.
+    [[nodiscard]] virtual bool isLost() const = 0;
+
+  protected:
+    DeviceFaults() = default;
+    DeviceFaults(const DeviceFaults&) = default;
+    DeviceFaults& operator=(const DeviceFaults&) = default;
+};
+
+struct FaultCounts {
+    int32_t xruns = 0;
+    bool isLost = false;
+};
+
+// The faults of a device; none for a device that cannot tell.
+inline FaultCounts FaultsOf(const CWaveDevice& device) {
+    const auto* faults = dynamic_cast<const DeviceFaults*>(&device);
+    return faults == nullptr ? FaultCounts{} : FaultCounts{faults->xruns(), faults->isLost()};
+}
+
+}  // namespace tonvane
