@@ -53,12 +53,16 @@ bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> 
     return true;
 }
 
-bool WriteResponseFile(const std::string& path, int32_t rate, std::span<const double> samples) {
+std::string FormatResponseFile(int32_t rate, std::span<const double> samples) {
     std::string bytes;
     bytes.reserve(responseFileBytes);
     encode(std::span<const int32_t>(&rate, 1), bytes);
     encode(samples, bytes);
-    return !ReplaceFile(path, bytes);
+    return bytes;
+}
+
+bool WriteResponseFile(const std::string& path, int32_t rate, std::span<const double> samples) {
+    return !ReplaceFile(path, FormatResponseFile(rate, samples));
 }
 
 SpeakerResponse ReadCheckedResponseFile(const std::string& path) {

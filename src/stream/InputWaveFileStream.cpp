@@ -21,11 +21,12 @@ void CInputWaveFileStream::clearPosition() {
 }
 
 bool CInputWaveFileStream::Load(const char* newPath) {
+    const std::string wanted = newPath == nullptr ? "" : newPath;
     path.clear();
     int32_t rate = 0;
     int32_t bits = 0;
     int32_t channels = 0;
-    if (newPath == nullptr || !file_.Open(newPath, rate, bits, channels)) {
+    if (wanted.empty() || !file_.Open(wanted, rate, bits, channels)) {
         format.formatTag = 1;
         format.sampleRate = 0;
         format.bytesPerSecond = 0;
@@ -33,7 +34,7 @@ bool CInputWaveFileStream::Load(const char* newPath) {
         format.extraSize = 0;
         return false;
     }
-    path = newPath;
+    path = wanted;
     format = MakeWaveFormat(rate, channels, bits);
     totalFrames = file_.FramesLeft();
     file_.Close();

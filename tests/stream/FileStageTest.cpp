@@ -1,0 +1,154 @@
+// Wave files as the source and the sink of a chain.
+#include <gmock/gmock.h>
+
+#include "files/TestFiles.h"
+#include "stream/InputWaveFileStream.h"
+#include "stream/OutputWaveFileStream.h"
+
+namespace tonvane {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr int32_t rate = 1000;
+
+struct News : StreamNotify {
+    void postCaptureDone(bool /*complete*/) override {}
+    void postStatus() override {}
+    void showError(const std::string& text) override { errors.push_back(text); }
+    std::vector<std::string> errors;
+};
+
+// The numbers of the frames that it is given, from the left channel.
+struct FrameNumbers : CDspStream {
+    bool Open() override { return inputBuffer.Allocate(inputFormat.channels, 256, true); }
+    void Process(const double* in, double* /*out*/) override {
+        for (int i = 0; i < 256; ++i) {
+            heard.push_back(static_cast<int>(in[2 * i] * 32768.0));
+        }
+    }
+    // Of the last block: the first frame, and the last.
+    [[nodiscard]] std::pair<int, int> lastBlock() const {
+        return {heard.at(heard.size() - 256), heard.back()};
+    }
+    std::vector<int> heard;
+};
+
+class InputFile : public testing::Test {
+  protected:
+    // Frame i holds the number i + 1.
+    void open(int32_t frames) {
+        const std::string path = folder / "in.wav";
+        CWaveFile file;
+        ASSERT_TRUE(file.Create(path, rate, 16, 2));
+        for (int32_t i = 1; i <= frames; ++i) {
+            const double frame[] = {i / 32768.0, 0.0};
+            file.Write(frame, 1);
+        }
+        file.Close();
+        status.notifyWindow = &news;
+        stage.next = &sink;
+        ASSERT_TRUE(stage.Load(path.c_str()));
+        ASSERT_TRUE(stage.Reopen());
+    }
+
+    tests::TemporaryFolder folder;
+    StreamStatus status;
+    News news;
+    CInputWaveFileStream stage{status};
+    FrameNumbers sink;
+};
+
+TEST_F(InputFile, AFileOfWholeBlocksComesToItsEnd) {
+    open(512);
+    EXPECT_EQ(stage.DurationSeconds(), 0.512);
+    EXPECT_TRUE(stage.ReadBlock());
+    EXPECT_EQ(stage.PositionSeconds(), 0.256);
+    EXPECT_FALSE(stage.ReadBlock());
+    EXPECT_EQ(sink.lastBlock(), std::pair(257, 512));
+    stage.CloseChain();
+    EXPECT_EQ(stage.PositionSeconds(), 0.0);
+}
+
+TEST_F(InputFile, AnyOtherFileGoesOnFromItsStart) {
+    open(300);
+    EXPECT_TRUE(stage.ReadBlock());
+    EXPECT_TRUE(stage.ReadBlock());
+    EXPECT_EQ(sink.lastBlock(), std::pair(257, 212));
+    EXPECT_EQ(stage.PositionSeconds(), 0.212);
+}
+
+TEST_F(InputFile, PlayedOnceEveryFileEndsInSilence) {
+    open(300);
+    stage.once = true;
+    EXPECT_TRUE(stage.ReadBlock());
+    EXPECT_FALSE(stage.ReadBlock());
+    EXPECT_EQ(sink.heard.at(299), 300);
+    EXPECT_EQ(sink.heard.at(300), 0);
+    stage.RequestSeek(99.0);
+    EXPECT_FALSE(stage.ReadBlock());
+}
+
+TEST_F(InputFile, TheNewestSeekIsServedWithTheNextBlock) {
+    open(1024);
+    EXPECT_TRUE(stage.ReadBlock());
+    stage.RequestSeek(0.1);
+    stage.RequestSeek(0.5009);
+    EXPECT_EQ(stage.PositionSeconds(), 0.5);
+    EXPECT_TRUE(stage.ReadBlock());
+    EXPECT_EQ(sink.lastBlock(), std::pair(501, 756));
+    EXPECT_EQ(stage.PositionSeconds(), 0.756);
+    for (const auto& [target, first] : {std::pair{7e9, 1}, {-1.0, 1}, {1.024, 1}}) {
+        stage.RequestSeek(target);
+        EXPECT_TRUE(stage.ReadBlock());
+        EXPECT_EQ(sink.lastBlock().first, first) << target;
+    }
+}
+
+TEST_F(InputFile, AFileWithoutSoundIsSilenceAndEnds) {
+    open(0);
+    EXPECT_EQ(stage.DurationSeconds(), 0.0);
+    EXPECT_FALSE(stage.ReadBlock());
+    EXPECT_EQ(sink.lastBlock(), std::pair(0, 0));
+}
+
+TEST_F(InputFile, AFileThatHasGoneIsToldOf) {
+    open(256);
+    stage.CloseChain();
+    stage.path = folder / "gone.wav";
+    EXPECT_FALSE(stage.Reopen());
+    EXPECT_THAT(news.errors, ElementsAre("Failed to open \"" + stage.path + "\""));
+    EXPECT_FALSE(stage.Load(stage.path.c_str()));
+    EXPECT_EQ(stage.format.sampleRate, 0);
+    EXPECT_EQ(stage.DurationSeconds(), 0.0);
+}
+
+TEST_F(InputFile, WhatPassesIsRecordedInTheFormatAskedFor) {
+    open(512);
+    COutputWaveFileStream recorder;
+    recorder.path = folder / "out.wav";
+    recorder.format = MakeWaveFormat(8000, 2, 24);
+    stage.CloseChain();
+    stage.next = &recorder;
+    ASSERT_TRUE(stage.Reopen());
+    EXPECT_TRUE(stage.ReadBlock());
+    EXPECT_FALSE(stage.ReadBlock());
+    stage.CloseChain();
+
+    CWaveFile file;
+    int32_t rateRead = 0;
+    int32_t bits = 0;
+    int32_t channels = 0;
+    ASSERT_TRUE(file.Open(recorder.path, rateRead, bits, channels));
+    EXPECT_THAT((std::vector{rateRead, bits, channels, file.FramesLeft()}),
+                ElementsAre(8000, 24, 2, 512));
+    std::vector<double> samples(1024);
+    file.Read(samples.data(), 512);
+    for (int i = 0; i < 512; ++i) {
+        ASSERT_EQ(samples.at(2 * i), (i + 1) / 32768.0);
+        ASSERT_EQ(samples.at(2 * i + 1), 0.0);
+    }
+}
+
+}  // namespace
+}  // namespace tonvane
