@@ -59,6 +59,8 @@ void FileUserStore::setNumber(const std::string& name, uint32_t value) {
 void FileUserStore::setText(const std::string& name, const std::string& value) {
     if (value.find_first_of("\r\n") == std::string::npos) {
         values_[name] = value;
+    } else {
+        remove(name);
     }
 }
 
