@@ -1,9 +1,9 @@
-# tonvane_test(NAME SOURCES ... LINKS target ...): one GoogleTest program tests-NAME; each of its
-# cases becomes a CTest of the name NAME.Suite.Case.
+# tonvane_test(NAME SOURCES ... LINKS target ... [ALONE]): one GoogleTest program tests-NAME; each of
+# its cases becomes a CTest of the name NAME.Suite.Case. ALONE: no other test runs beside them.
 include(GoogleTest)
 
 function(tonvane_test name)
-    cmake_parse_arguments(TEST "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(TEST "ALONE" "" "SOURCES;LINKS" ${ARGN})
     add_executable(tests-${name} ${TEST_SOURCES})
     target_include_directories(tests-${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(tests-${name} PRIVATE tonvane_compiler GTest::gmock_main ${TEST_LINKS})
@@ -12,5 +12,5 @@ function(tonvane_test name)
         TONVANE_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
     gtest_discover_tests(tests-${name} TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 120
-        PROPERTIES TIMEOUT 600)
+        PROPERTIES TIMEOUT 600 RUN_SERIAL "${TEST_ALONE}")
 endfunction()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "device/WaveDevice.h"
 
@@ -20,6 +21,10 @@ class DeviceFaults {
     // Read and Write return at once.
     [[nodiscard]] virtual bool isLost() const = 0;
 
+    // Why the last Open was refused, as a sentence for the person without its full stop; empty if
+    // it was not. Owner's thread only.
+    [[nodiscard]] virtual std::string refusal() const = 0;
+
   protected:
     DeviceFaults() = default;
     DeviceFaults(const DeviceFaults&) = default;
@@ -35,6 +40,12 @@ struct FaultCounts {
 inline FaultCounts FaultsOf(const CWaveDevice& device) {
     const auto* faults = dynamic_cast<const DeviceFaults*>(&device);
     return faults == nullptr ? FaultCounts{} : FaultCounts{faults->xruns(), faults->isLost()};
+}
+
+// Why a device could not be opened; empty for a device that cannot tell.
+inline std::string RefusalOf(const CWaveDevice& device) {
+    const auto* faults = dynamic_cast<const DeviceFaults*>(&device);
+    return faults == nullptr ? std::string() : faults->refusal();
 }
 
 }  // namespace tonvane

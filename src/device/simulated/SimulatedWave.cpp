@@ -46,16 +46,27 @@ CSimulatedWave::~CSimulatedWave() {
     CSimulatedWave::Close();
 }
 
+std::string CSimulatedWave::refusalOf(const WAVEFORMATEX* capture, const WAVEFORMATEX* play,
+                                      int frames) const {
+    if (setup_.refusesToOpen) {
+        return "The simulated device is set up to refuse";
+    }
+    if (capture != nullptr && play != nullptr && capture->sampleRate != play->sampleRate) {
+        return "Capture and playback have different sample rates";
+    }
+    for (const WAVEFORMATEX* format : {capture, play}) {
+        if (format != nullptr && (format->bitsPerSample != setup_.bits || format->channels < 1)) {
+            return "The simulated device takes samples of " + std::to_string(setup_.bits) + " bits";
+        }
+    }
+    return frames < stepFrames ? "The queue is too short" : "";
+}
+
 bool CSimulatedWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
                           void* /*notify*/) {
     Close();
-    const auto isWrong = [&](const WAVEFORMATEX* format) {
-        return format != nullptr && (format->bitsPerSample != setup_.bits || format->channels < 1);
-    };
-    const bool twoRates =
-        capture != nullptr && play != nullptr && capture->sampleRate != play->sampleRate;
-    if (setup_.refusesToOpen || frames < stepFrames || twoRates || isWrong(capture) ||
-        isWrong(play)) {
+    refusal_ = refusalOf(capture, play, frames);
+    if (!refusal_.empty()) {
         return false;
     }
     const Lock lock(mutex_);

@@ -77,6 +77,7 @@ class CSimulatedWave : public CWaveDevice, public DeviceFaults {
         return playGaps_.count() + captureGaps_.count();
     }
     [[nodiscard]] bool isLost() const override { return lost_; }
+    [[nodiscard]] std::string refusal() const override { return refusal_; }
 
     // Frames that have gone by since Open.
     [[nodiscard]] int64_t framesPlayed() const;
@@ -99,6 +100,8 @@ class CSimulatedWave : public CWaveDevice, public DeviceFaults {
 
     using Lock = std::unique_lock<std::mutex>;
 
+    [[nodiscard]] std::string refusalOf(const WAVEFORMATEX* capture, const WAVEFORMATEX* play,
+                                        int frames) const;
     [[nodiscard]] bool isUp() const { return open_ && !lost_; }
     [[nodiscard]] bool timeFlows() const;
     [[nodiscard]] bool canStep() const;
@@ -126,6 +129,7 @@ class CSimulatedWave : public CWaveDevice, public DeviceFaults {
     bool withoutReader_ = false;
     bool hadXrun_ = false;
     std::atomic<bool> lost_{false};
+    std::string refusal_;
     GapCount playGaps_;
     GapCount captureGaps_;
 };

@@ -1,0 +1,97 @@
+// A device of the ALSA library: hardware, or what its configuration puts in the place of hardware,
+// such as the PulseAudio and PipeWire plugins. 16 bits, interleaved.
+//
+// Between the workers and the library stands one thread, which moves whole units between the rings
+// and the library's buffers in both directions. It calls the library, the rings and nothing else.
+// Playback starts when the first captured frames have come and been thrown away, so that a source
+// that is slow to begin does not put the two directions out of step; the capture of a run begins
+// there.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "device/DeviceFaults.h"
+#include "device/GapCount.h"
+#include "device/UnitRing.h"
+#include "device/WaveDevice.h"
+#include "device/alsa/AlsaPcm.h"
+
+namespace tonvane {
+
+class CAlsaWave : public CWaveDevice, public DeviceFaults {
+  public:
+    // The name of a PCM of the ALSA configuration, used for both directions.
+    explicit CAlsaWave(std::string pcm = "default") : pcm_(std::move(pcm)) {}
+    ~CAlsaWave() override;
+
+    bool Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
+              void* notify) override;
+    void Close() override;
+    bool Start() override;
+
+    // Returns at once; the thread halts soon. Frames that the library holds are played after the
+    // next Start.
+    void Stop() override;
+
+    int Read(void* data, int frames) override;
+    int Write(const void* data, int frames) override;
+    void FlushOutput() override { play_.FlushOutput(); }
+    void WaitFilled() override { play_.WaitFilled(); }
+    void WaitEmpty() override { play_.WaitEmpty(); }
+    bool IsInterleaved() override { return true; }
+    int BitsPerSample() override { return 16; }
+    int Latency() override { return 0; }
+
+    [[nodiscard]] int32_t xruns() const override {
+        return playGaps_.count() + captureGaps_.count();
+    }
+    [[nodiscard]] bool isLost() const override { return lost_; }
+    [[nodiscard]] std::string refusal() const override { return refusal_; }
+
+  private:
+    enum class Order { halt, run, quit };
+
+    static void hurry();
+    void serve();
+    void run();
+    bool startCapture();
+    bool startPlay();
+    bool waitForPeriod();
+    bool moveCaptured();
+    bool movePlayed();
+    bool feedPlay(int32_t room);
+    void completePlayed();
+    void haltPlay();
+    bool hadGap(AlsaPcm& pcm, GapCount& gaps, int32_t error);
+    void lose();
+    void give(Order order);
+    [[nodiscard]] bool isRunning() const { return order_.load() == Order::run; }
+
+    std::string pcm_;
+    std::string refusal_;
+    AlsaPcm capturePcm_;
+    AlsaPcm playPcm_;
+    UnitRing capture_{UnitRing::Direction::capture};
+    UnitRing play_{UnitRing::Direction::play};
+    GapCount captureGaps_;
+    GapCount playGaps_;
+    std::atomic<bool> lost_{false};
+    std::atomic<Order> order_{Order::halt};
+    std::thread thread_;
+
+    // The thread's own.
+    std::vector<std::byte> unheard_;  // a unit for captured frames that nobody has room for
+    std::vector<std::byte> silence_;  // a unit of zeros
+    int32_t captureBytes_ = 0;        // of a captured frame
+    int32_t playBytes_ = 0;           // of a played frame
+    int32_t captured_ = 0;            // frames in the unit that is being filled
+    int32_t written_ = 0;             // frames given to the library, from the start of the oldest
+                                      // unit that is not completed
+    int32_t silenceBehind_ = 0;       // frames of silence written since
+};
+
+}  // namespace tonvane

@@ -1,0 +1,39 @@
+// The devices that this computer offers, as a list to choose from.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "device/WaveDevice.h"
+#include "device/simulated/SimulatedWave.h"
+
+namespace tonvane {
+
+struct DeviceEntry {
+    int32_t id = 0;           // of the entry in the menu of the window
+    std::string name;         // for the command line
+    std::string description;  // for the person
+    std::function<std::unique_ptr<CWaveDevice>()> make;
+};
+
+constexpr int32_t defaultDeviceId = 200;
+constexpr int32_t firstJackDeviceId = 201;
+constexpr int32_t simulatedDeviceId = 300;  // behind the last id that the window's menu can choose
+
+// "alsa", the default device of the ALSA configuration, whether it can be opened or not; one
+// "jack:CLIENT" for each pair of playback and capture that a running JACK server offers; and
+// "simulated", a loopback without hardware. No server is started, nothing is written.
+std::vector<DeviceEntry> ListDevices();
+
+// The entry of a name or an id. Beside the listed ones "alsa:PCM" is the PCM of that name in the
+// ALSA configuration. An entry without `make` when there is none.
+DeviceEntry FindDevice(const std::vector<DeviceEntry>& devices, std::string_view name);
+
+// The simulated device with a setup of one's own.
+DeviceEntry SimulatedDevice(SimulatedSetup setup);
+
+}  // namespace tonvane
