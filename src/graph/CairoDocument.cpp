@@ -1,3 +1,8 @@
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 
@@ -21,6 +26,28 @@ CairoSurfacePointer makePage(const DocumentFormat& format, std::string& bytes) {
     // Without the date, which would differ from run to run.
     cairo_pdf_surface_set_metadata(page.get(), CAIRO_PDF_METADATA_CREATE_DATE, "");
     return page;
+}
+
+// Cairo numbers its surfaces through the whole process; here they count from 1 in each document.
+std::string renumbered(const std::string& svg) {
+    constexpr std::string_view name = "surface";
+    std::vector<std::string_view> seen;
+    std::string result;
+    result.reserve(svg.size());
+    size_t done = 0;
+    for (size_t at = svg.find(name); at != std::string::npos; at = svg.find(name, done)) {
+        const size_t digits = at + name.size();
+        const size_t end = std::min(svg.find_first_not_of("0123456789", digits), svg.size());
+        const auto number = std::string_view(svg).substr(digits, end - digits);
+        const auto known = std::ranges::find(seen, number) - seen.begin();
+        if (known == std::ssize(seen)) {
+            seen.push_back(number);
+        }
+        result.append(svg, done, digits - done);
+        result += std::to_string(known + 1);
+        done = end;
+    }
+    return result.append(svg, done);
 }
 
 // How many bytes a UTF-8 sequence with this first byte has; 0 for none.
@@ -64,7 +91,7 @@ std::string DrawDocument(DocumentFormat format, const std::function<void(CairoCa
     ExpectDrawn(cairo_status(canvas.surface_->context.get()));
     cairo_surface_finish(handle);
     ExpectDrawn(cairo_surface_status(handle));
-    return bytes;
+    return format.kind == DocumentKind::svg ? renumbered(bytes) : bytes;
 }
 
 std::string ValidUtf8(std::string_view text) {

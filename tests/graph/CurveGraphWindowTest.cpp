@@ -1,0 +1,174 @@
+// Handles of the target curve under the mouse.
+#include <gmock/gmock.h>
+
+#include "graph/CurveGraphWindow.h"
+#include "graph/RecordingCanvas.h"
+
+namespace tonvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct RecordingHost : GraphHost {
+    void captureMouse(bool captured) override { calls.emplace_back(captured ? "hold" : "release"); }
+    void setCursor(GraphCursor cursor) override {
+        calls.emplace_back(cursor == GraphCursor::cross ? "cross" : "move");
+    }
+    void curveChanged(bool letGo) override { calls.emplace_back(letGo ? "let go" : "moving"); }
+    void statusText(const std::string& text) override { calls.push_back("'" + text + "'"); }
+
+    std::vector<std::string> take() { return std::exchange(calls, {}); }
+
+    std::vector<std::string> calls;
+};
+
+class Drag : public testing::Test {
+  protected:
+    // 250 pixels a decade from 20 Hz, 4 pixels a dB from -40 to 10.
+    Drag() {
+        plot.Create(canvas, 56 + 750 + 16, 8 + 200 + 24);
+        plot.xAxis.scale = logScale;
+        plot.xAxis.SetRange(20.0, 20000.0);
+        plot.yAxis.scale = decibelScale;
+        plot.yAxis.SetFixedRange(-40.0, 10.0, 5, 2);
+        plot.editingEnabled = true;
+        plot.SetRecord(record);
+        canvas.take();
+    }
+    // In the window: the pixel of a frequency, and of a level.
+    [[nodiscard]] static Point at(double hertz, double level) {
+        return {static_cast<int32_t>(56 + 250.0 * std::log10(hertz / 20.0)),
+                static_cast<int32_t>(8 + 200 - 4.0 * (level + 40.0))};
+    }
+    // Takes up a handle, moves it, lets it go; where it is then.
+    CurvePoint drag(int32_t index, Point to) {
+        plot.SetRecord(record);
+        plot.OnLeftButtonDown(at(record.points[index].frequency, record.points[index].level));
+        EXPECT_EQ(plot.dragIndex, index);
+        plot.OnMouseMove(to);
+        plot.OnLeftButtonUp();
+        return plot.record.points[index];
+    }
+
+    const TargetRecord record{{{{50, 0},
+                                {100, 3},
+                                {150, -6},
+                                {200, 0},
+                                {1000, 5},
+                                {4000, -20},
+                                {8000, 0},
+                                {300, -3},
+                                {2000, -3}}}};
+    tests::RecordingCanvas canvas;
+    RecordingHost host;
+    int32_t kind = zeroCurve;
+    CCurveGraphWindow plot{host, kind};
+};
+
+TEST_F(Drag, KeepsKnotsApartAndBandEdgesInOrder) {
+    const struct {
+        const char* what;
+        int32_t index;
+        Point to;
+        CurvePoint result;
+    } cases[] = {
+        {"freely", 4, {56 + 250, 8 + 40}, {200 + 24, 0}},  // not above 200*1.12
+        {"freely", 5, {56 + 500, 8 + 40}, {2000, 0}},
+        {"to a neighbour below", 2, at(60.0, -6.0), {112, -6}},
+        {"to a neighbour above", 2, at(900.0, -6.0), {178, -6}},
+        {"the first knot down to the axis", 0, {-500, 8 + 40}, {20, 0}},
+        {"the first knot up", 0, at(500.0, 0.0), {89, 0}},  // 100/1.12
+        {"the last knot to the axis", 6, {5000, 8 + 40}, {20000, 0}},
+        {"above the plot", 4, {56 + 425, -300}, {1002, 10}},
+        {"below the plot", 4, {56 + 425, 3000}, {1002, -40}},
+        {"to -0.75 dB", 4, {56 + 425, 8 + 43}, {1002, 0}},
+        {"to -1.25 dB", 4, {56 + 425, 8 + 45}, {1002, -1}},
+        {"to 1.75 dB", 4, {56 + 425, 8 + 33}, {1002, 1}},
+        {"the low edge, at its level", 7, {56 + 250, 8}, {200, -3}},
+        {"the low edge to the high one", 7, at(9000.0, 0.0), {2000, -3}},
+        {"the high edge to the low one", 8, at(30.0, 0.0), {300, -3}},
+    };
+    for (const auto& c : cases) {
+        const CurvePoint result = drag(c.index, c.to);
+        EXPECT_NEAR(result.frequency, c.result.frequency, 1) << c.what;
+        EXPECT_EQ(result.level, c.result.level) << c.what;
+    }
+    // Exactly, where a neighbour decides.
+    EXPECT_EQ(drag(2, at(60.0, 0.0)).frequency, 112);
+    EXPECT_EQ(drag(2, at(900.0, 0.0)).frequency, 178);
+    EXPECT_EQ(drag(7, at(9000.0, 0.0)).frequency, 2000);
+    EXPECT_EQ(drag(8, at(30.0, 0.0)).frequency, 300);
+}
+
+TEST_F(Drag, AKnotSqueezedBetweenItsNeighboursFollowsTheUpperOne) {
+    TargetRecord squeezed = record;
+    squeezed.points[1].frequency = 140;
+    squeezed.points[3].frequency = 160;
+    plot.SetRecord(squeezed);
+    plot.dragIndex = 2;
+    plot.OnMouseMove(at(150.0, 0.0));
+    EXPECT_EQ(plot.record.points[2].frequency, 142);  // 160/1.12, not 140*1.12
+}
+
+TEST_F(Drag, TellsTheHostStepByStep) {
+    plot.OnMouseMove(at(1000.0, 5.0));
+    EXPECT_THAT(host.take(), ElementsAre("cross"));
+    plot.OnLeftButtonDown(at(1000.0, 5.0));
+    EXPECT_THAT(host.take(), ElementsAre("hold", "move"));
+    plot.OnMouseMove({56 + 500, 8 + 41});
+    EXPECT_THAT(host.take(),
+                ElementsAre("moving", testing::MatchesRegex("'\\([12][0-9]+ Hz, 0 dB\\)'")));
+    EXPECT_EQ(kind, zeroCurve);
+    plot.OnLeftButtonUp();
+    EXPECT_THAT(host.take(), ElementsAre("release", "let go", "''"));
+    EXPECT_EQ(kind, savedCurve);
+    plot.OnLeftButtonUp();
+    EXPECT_THAT(host.take(), IsEmpty());
+    drag(8, {56 + 500, 8 + 41});
+    EXPECT_THAT(host.take(), testing::Contains(testing::MatchesRegex("'\\((1999|2000) Hz\\)'")));
+}
+
+TEST_F(Drag, HiddenHandlesCanBeTakenUpButDoNotShowOrDesign) {
+    plot.showKnots = false;
+    plot.showBandEdges = false;
+    plot.DrawHandles();
+    EXPECT_THAT(canvas.take(), IsEmpty());
+    plot.OnMouseMove(at(1000.0, 5.0));
+    EXPECT_THAT(host.take(), IsEmpty());
+    plot.OnLeftButtonDown(at(1000.0, 5.0));
+    plot.OnLeftButtonUp();
+    EXPECT_THAT(host.take(), ElementsAre("hold", "move", "release", "''"));
+    EXPECT_EQ(kind, zeroCurve);
+    plot.editingEnabled = false;
+    plot.OnLeftButtonDown(at(1000.0, 5.0));
+    EXPECT_EQ(plot.dragIndex, -1);
+}
+
+TEST_F(Drag, TheLowerHandleOfTwoIsHitInsideTwelvePixels) {
+    TargetRecord close = record;
+    close.points[5] = {1000, 5};
+    close.points[7] = {20, 0};
+    plot.SetRecord(close);
+    EXPECT_EQ(plot.handleRects[7], (Rectangle{-6, -166, 6, -154}));
+    const Rectangle& knot = plot.handleRects[4];
+    EXPECT_EQ(plot.HitTest({knot.left, knot.top}), 4);
+    EXPECT_EQ(plot.HitTest({knot.right - 1, knot.bottom - 1}), 4);
+    EXPECT_EQ(plot.HitTest({knot.right, knot.top}), -1);
+    EXPECT_EQ(plot.HitTest({knot.left, knot.bottom}), -1);
+    EXPECT_EQ(plot.HitTest({0, -160}), 7);
+    close.points[0] = {0, 0};  // no place on the axis, and no overflow
+    plot.SetRecord(close);
+    EXPECT_LT(plot.handleRects[0].right, -1000000);
+}
+
+TEST_F(Drag, HandlesAreRoundedInTheirColours) {
+    plot.DrawHandles();
+    const auto calls = canvas.take();
+    ASSERT_EQ(calls.size(), 9U);
+    EXPECT_EQ(calls[0], "2 round 93,-166..105,-154 2 FFFFFF");  // 250*log10(50/20) = 99.5
+    EXPECT_EQ(calls[8], "2 round 494,-154..506,-142 2 80C000");
+}
+
+}  // namespace
+}  // namespace tonvane
