@@ -4,6 +4,7 @@
 #include <QMessageBox>
 
 #include "app/CommandLine.h"
+#include "device/menu/DeviceMenu.h"
 #include "transform/FftTables.h"
 #include "tuning/ProgramValues.h"
 #include "ui/MainDlg.h"
@@ -24,6 +25,20 @@ class StartMessages : public Messages {
     }
     void status(int /*line*/, const std::string& /*text*/) override {}
 };
+
+// The menu's devices; the one without hardware takes the first free place behind them.
+std::vector<DeviceChoice> deviceChoices(bool withSimulated) {
+    std::vector<DeviceChoice> choices;
+    int nextId = defaultDeviceId;
+    for (DeviceEntry& entry : ListDevices()) {
+        if (entry.id == simulatedDeviceId && !withSimulated) {
+            continue;
+        }
+        choices.push_back({nextId, std::move(entry.description), std::move(entry.make)});
+        ++nextId;
+    }
+    return choices;
+}
 
 }  // namespace
 
@@ -47,8 +62,9 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
 
     FileUserStore store(UserStorePath());
     const auto window = makeWindow();
-    const auto dialog = std::make_unique<CMainDlg>(
-        window->host(), values, std::vector<DeviceChoice>(), store, promptOnExit, options.linkPort);
+    const auto dialog = std::make_unique<CMainDlg>(window->host(), values,
+                                                   deviceChoices(options.simulatedDevice), store,
+                                                   promptOnExit, options.linkPort);
     window->host().start(*dialog);
     window->show();
     return QApplication::exec();

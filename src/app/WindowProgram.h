@@ -13,6 +13,7 @@ namespace tonvane {
 
 struct WindowOptions {
     uint16_t linkPort = CAmpLink::usualPort;
+    bool simulatedDevice = false;  // on the device menu as well
 };
 
 // Runs a batch start ("-cmd ...") or a plain one in the window that `makeWindow` makes, to its end.

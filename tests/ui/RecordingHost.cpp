@@ -14,6 +14,7 @@ void RecordingHost::renew() {
     dialog_ = nullptr;
     events_.clear();
     posted_.clear();
+    delivered_.clear();
     controls.clear();
     for (const DialogItem& item : MainDialogTemplate.items) {
         if (item.id != controls::noId) {
@@ -81,20 +82,15 @@ void RecordingHost::deliver() {
             next = posted_.front();
             posted_.pop_front();
         }
+        delivered_.insert(next.message);
         send(next);
     }
 }
 
 bool RecordingHost::await(uint32_t message) {
     for (int i = 0; i < 3000; ++i) {
-        bool hasCome = false;
-        {
-            const std::lock_guard lock(mutex_);
-            hasCome = std::ranges::any_of(
-                posted_, [&](const DialogMessage& m) { return m.message == message; });
-        }
         deliver();
-        if (hasCome) {
+        if (delivered_.erase(message) > 0) {
             return true;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));

@@ -49,7 +49,8 @@ class RecordingHost : public DialogHost {
     void closeBox();
     void drag(Point from, Point to);  // on the plot, from the window's corner
 
-    // Delivers posted messages; waits for a message of this number to come from a worker.
+    // Delivers posted messages; waits for a posted message of this number, which may have come
+    // since the last wait for it.
     void deliver();
     bool await(uint32_t message);
 
@@ -116,6 +117,7 @@ class RecordingHost : public DialogHost {
     std::vector<std::string> events_;
     std::mutex mutex_;
     std::deque<DialogMessage> posted_;
+    std::set<uint32_t> delivered_;
 };
 
 }  // namespace tonvane::tests
