@@ -28,6 +28,11 @@ TuningRun::TuningRun(ProgramValues& values, Messages& messages, TuningView* view
       view_(view) {}
 
 void TuningRun::InitTuningState() {
+    StartState();
+    LoadCommandLineResponse();
+}
+
+void TuningRun::StartState() {
     speakerIndex = 0;
     designRate = values_.InputSampleRate;
     values_.SampleRateTable[0] = values_.FilterSampleRate;
@@ -44,7 +49,6 @@ void TuningRun::InitTuningState() {
     ApplyCurveEdit(curves[0], true);
 
     LoadRegisterAddressConfig(values_.AppDirectory, registerAddresses);
-    loadCommandLineResponse();
 }
 
 // An index beyond the list leaves it without a selection, which counts as a clamp of +1 dB.
@@ -58,24 +62,25 @@ int32_t TuningRun::itemOfInputRate() const {
     return item == items.end() ? defaultRateItem : static_cast<int32_t>(item - items.begin());
 }
 
-void TuningRun::loadCommandLineResponse() {
+bool TuningRun::LoadCommandLineResponse() {
     if (values_.ResponseFilePath.empty()) {
-        return;
+        return false;
     }
-    if (values_.ResponseIsCsv) {
-        OpenCsvFile(values_.ResponseFilePath);
-    } else {
-        OpenResponseFile(values_.ResponseFilePath);
+    if (!values_.ResponseIsCsv) {
+        return OpenResponseFile(values_.ResponseFilePath);
     }
+    OpenCsvFile(values_.ResponseFilePath);
+    return true;
 }
 
-void TuningRun::OpenResponseFile(const std::string& path) {
+bool TuningRun::OpenResponseFile(const std::string& path, PathCase pathCase) {
     SetStatusLine(1, "Analyzing Loaded Data ...");
-    if (!LoadResponseFile(FindLowerCasePath(path))) {
+    if (!LoadResponseFile(pathCase == PathCase::asGiven ? path : FindLowerCasePath(path))) {
         messages_.error("Failed to open speaker response file");
-        return;
+        return false;
     }
     finishLoad();
+    return true;
 }
 
 void TuningRun::OpenCsvFile(const std::string& path) {
@@ -191,13 +196,17 @@ void TuningRun::ResetCurve() {
 }
 
 void TuningRun::ChangeInputRate(int32_t tableIndex) {
+    SetInputRate(tableIndex);
+    LoadCommandLineResponse();
+}
+
+void TuningRun::SetInputRate(int32_t tableIndex) {
     const int32_t rate = values_.SampleRateTable[tableIndex];
     inputRateIndex = tableIndex - 1;
     values_.InputSampleRate = rate;
     values_.FilterSampleRate = rate;
     values_.SampleRateTable[0] = rate;
     designRate = rate;
-    loadCommandLineResponse();
 }
 
 void TuningRun::LoadDesignParameters(const std::string& path) {

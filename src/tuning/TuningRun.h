@@ -26,6 +26,9 @@
 
 namespace tonvane {
 
+// What a path is good for: one from a calling tool may have lost the case of its letters.
+enum class PathCase { mayBeLost, asGiven };
+
 class TuningRun {
   public:
     static constexpr int32_t tapCount = 256;
@@ -40,12 +43,20 @@ class TuningRun {
     TuningRun(const TuningRun&) = delete;
     TuningRun& operator=(const TuningRun&) = delete;
 
-    // The start of a run: rates, curves and gain clamp from the program values, the address file of
-    // AppDirectory, and, when there is a ResponseFilePath, the load and design of that response.
+    // The start of a run: rates, curves and gain clamp from the program values, and the address file
+    // of AppDirectory.
+    void StartState();
+
+    // Loads and designs the response of ResponseFilePath, if there is one; whether it could be
+    // opened.
+    bool LoadCommandLineResponse();
+
+    // Both.
     void InitTuningState();
 
-    // Loads a file, designs, and refreshes the view. A path in lower case is tried first.
-    void OpenResponseFile(const std::string& path);
+    // Loads a file, designs, and refreshes the view; whether it could be opened. A path in lower
+    // case is tried first where the case may have got lost.
+    bool OpenResponseFile(const std::string& path, PathCase pathCase = PathCase::mayBeLost);
     void OpenCsvFile(const std::string& path);
 
     // Reads a speaker response file; false, with everything as it was, if it cannot be opened. The
@@ -75,8 +86,10 @@ class TuningRun {
     // The current curve back to DefaultTargetCurve.
     void ResetCurve();
 
-    // Entry 1 to 6 of the rate table becomes every rate, and a response of the command line is
-    // loaded again.
+    // Entry 1 to 6 of the rate table becomes every rate.
+    void SetInputRate(int32_t tableIndex);
+
+    // The same, and a response of the command line is loaded again.
     void ChangeInputRate(int32_t tableIndex);
 
     void LoadDesignParameters(const std::string& path);
@@ -123,7 +136,6 @@ class TuningRun {
   private:
     void DesignAndProgram();
     void design();
-    void loadCommandLineResponse();
     void finishLoad();
     void selectGain(int64_t index);
     void SaveTargetFile();

@@ -1,0 +1,24 @@
+// A program with a window: from its arguments to its exit code.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "link/AmpLink.h"
+#include "ui/qt/DialogWindow.h"
+
+namespace tonvane {
+
+struct WindowOptions {
+    uint16_t linkPort = CAmpLink::usualPort;
+    bool simulatedDevice = false;  // on the device menu as well
+};
+
+// Runs a batch start ("-cmd ...") or a plain one in the window that `makeWindow` makes, to its end.
+// The exit code is that of the window: 0 for Close, 2 when it was left by Escape or its close box.
+int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions& options,
+                     const std::function<std::unique_ptr<DialogWindow>()>& makeWindow);
+
+}  // namespace tonvane

@@ -1,0 +1,223 @@
+#include "ui/MainDlg.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "ui/Controls.h"
+#include "ui/ResultsRow.h"
+
+namespace tonvane {
+
+namespace {
+
+constexpr int usualGainIndex = 6;
+constexpr int statusFontPoints = 10;
+
+// The check boxes from 2030 on.
+constexpr std::array showStates{&ShownCurves::showSpec1,   &ShownCurves::showSpec2,
+                                &ShownCurves::showTarget,  &ShownCurves::showWeight,
+                                &ShownCurves::showFilter,  &ShownCurves::showMixed,
+                                &ShownCurves::showFilter2, &ShownCurves::showMixed2};
+
+struct IdRange {
+    int first;
+    int last;
+};
+
+// Shown to nobody, at every start.
+constexpr std::array<IdRange, 13> serviceControls{{{1000, 1005},
+                                                   {2000, 2000},
+                                                   {2010, 2012},
+                                                   {2020, 2020},
+                                                   {2024, 2026},
+                                                   {2030, 2037},
+                                                   {2040, 2040},
+                                                   {2050, 2050},
+                                                   {2051, 2051},
+                                                   {2060, 2060},
+                                                   {2061, 2061},
+                                                   {2070, 2085},
+                                                   {2090, 2098}}};
+
+void fill(DialogHost& host, int id, const std::vector<std::string>& items, int selected) {
+    for (const std::string& item : items) {
+        host.insertItem(id, -1, item);
+    }
+    host.select(id, selected);
+}
+
+}  // namespace
+
+CMainDlg::CMainDlg(DialogHost& dialogHost, ProgramValues& values, std::vector<DeviceChoice> devices,
+                   UserStore& store, bool promptOnExit, uint16_t linkPort)
+    : RunOfDialog(values, static_cast<Messages&>(*this), static_cast<TuningView&>(*this), linkPort),
+      CWaveDlg(dialogHost, run.measurement, std::move(devices), store),
+      plot(plotHost_, values.TargetCurveKind),
+      values_(values),
+      setStatus_([this](int line, const std::string& text) { run.SetStatusLine(line, text); }),
+      plotHost_(dialogHost, setStatus_),
+      panelView_(dialogHost, setStatus_),
+      panel_(run.ampLink, run.amplifier, panelView_, [this] { return run.designedSections(); }),
+      measurement_(run, values, player, this),
+      display_(run, values, plot) {
+    run.promptOnExit = promptOnExit;
+}
+
+std::optional<std::intptr_t> CMainDlg::ProcessWindowMessage(const DialogMessage& m) {
+    const auto result = Dispatch(*this, rows, m);
+    return result ? result : CWaveDlg::ProcessWindowMessage(m);
+}
+
+void CMainDlg::error(const std::string& text) {
+    showError(text);
+}
+
+bool CMainDlg::confirm(const std::string& text, const std::string& caption) {
+    return host.showMessage({MessageBox::Kind::question, text, caption});
+}
+
+// A text is to be on screen before anything slow begins; taking it away has time.
+void CMainDlg::status(int /*line*/, const std::string& text) {
+    if (!host.isWindow()) {
+        return;
+    }
+    if (text.empty()) {
+        host.post({.message = message::status});
+    } else {
+        host.send({.message = message::status});
+    }
+}
+
+void CMainDlg::UpdateResultList() {
+    const auto row = ResultsRow(run);
+    for (size_t column = 1; column < row.size(); ++column) {
+        host.setCell(controls::results, static_cast<int>(column), row[column]);
+    }
+}
+
+void CMainDlg::RedrawCurves() {
+    display_.RedrawCurves();
+}
+
+void CMainDlg::enableEditGroup(bool enabled) {
+    for (const int id : {controls::reset, controls::loadParameters, controls::saveParameters,
+                         controls::curve, controls::gainClamp}) {
+        host.enable(id, enabled);
+    }
+}
+
+void CMainDlg::SetEditControlsEnabled(bool enabled) {
+    enableEditGroup(enabled);
+    host.enable(controls::measure, enabled);
+    host.enable(controls::openResponse, enabled);
+}
+
+void CMainDlg::OnAttachStages() {
+    engine.AttachFilter(&eqStream_);
+}
+
+void CMainDlg::OnDetachStages() {
+    engine.DetachFilter();
+}
+
+void CMainDlg::OnFileOpened() {
+    const WAVEFORMATEX& format = engine.inputFile.format;
+    run.SetStatusLine(
+        1, std::to_string(format.sampleRate) + " Hz, " + std::to_string(format.channels) + " ch");
+    run.SetStatusLine(2, "");
+}
+
+void CMainDlg::InitTuningState(const DialogMessage& /*m*/) {
+    run.StartState();
+    display_.shown = {};
+    fillLists();
+    showControls();
+    setUpPlot();
+    host.setColumns(controls::results, resultsHeadings);
+    host.setCell(controls::results, 0, SpeakerNames[run.speakerIndex]);
+    for (const int id : {controls::status1, controls::status2}) {
+        host.setBoldFont(id, statusFontPoints);
+    }
+    UpdateResultList();
+    ResetCurves();
+    panel_.Start();
+    HideServiceControls();
+    loadCommandLineResponse();
+}
+
+void CMainDlg::fillLists() {
+    std::vector<std::string> curves;
+    std::vector<std::string> gains;
+    std::vector<std::string> rates;
+    curves.reserve(curveCount);
+    gains.reserve(TuningRun::gainSteps);
+    rates.reserve(values_.SampleRateTable.size());
+    for (int i = 1; i <= curveCount; ++i) {
+        curves.push_back("Curve " + std::to_string(i));
+    }
+    for (int i = 0; i < TuningRun::gainSteps; ++i) {
+        gains.push_back((i == 0 ? " " : "") + std::to_string(-i) + " dB");
+    }
+    for (size_t i = 1; i < values_.SampleRateTable.size(); ++i) {
+        rates.push_back(std::to_string(values_.SampleRateTable[i] / 1000) + " KHz");
+    }
+    fill(host, controls::curve, curves, 0);
+    fill(host, controls::gainClamp, gains, usualGainIndex);
+    fill(host, controls::filterRate, {std::to_string(values_.SampleRateTable[0]) + " Hz"}, 0);
+    fill(host, controls::inputRate, rates, run.inputRateIndex);
+}
+
+void CMainDlg::setUpPlot() {
+    const PlotWindow window = host.createPlot(controls::plotPlace);
+    plot.Create(*window.device, window.width, window.height, window.displayUnit);
+    SetUpPlot(plot);
+}
+
+void CMainDlg::ResizePlot(const PlotWindow& window) {
+    plot.Create(*window.device, window.width, window.height, window.displayUnit);
+    RedrawCurves();
+}
+
+void CMainDlg::ResetCurves() {
+    showCurveAndGain();
+    showControls();
+    ApplyCurveEdit(true);
+    history_.start(targetState());
+}
+
+void CMainDlg::HideServiceControls() {
+    for (const auto& [first, last] : serviceControls) {
+        for (int id = first; id <= last; ++id) {
+            host.show(id, false);
+        }
+    }
+}
+
+void CMainDlg::takeControls() {
+    int id = controls::showFirst;
+    for (const auto state : showStates) {
+        display_.shown.*state = host.check(id++);
+    }
+    run.amplifier.biqEnabled = host.check(controls::biq) != 0;
+    run.amplifier.splitEnabled = host.check(controls::split) != 0;
+    for (int i = 0; i < 2; ++i) {
+        run.amplifier.drcEnabled[static_cast<size_t>(i)] = host.check(controls::drcFirst + i) != 0;
+    }
+}
+
+void CMainDlg::showControls() {
+    int id = controls::showFirst;
+    for (const auto state : showStates) {
+        host.setCheck(id++, display_.shown.*state);
+    }
+    panel_.ShowSettings();
+}
+
+// Into the lists and onto the plot.
+void CMainDlg::showCurveAndGain() {
+    host.select(controls::curve, run.currentCurve);
+    plot.SetRecord(run.curves[static_cast<size_t>(run.currentCurve)]);
+    host.select(controls::gainClamp, run.gainIndex);
+}
+
+}  // namespace tonvane

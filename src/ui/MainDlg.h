@@ -1,0 +1,133 @@
+// The dialog: a tuning run and its controls.
+//
+// One long-lived object, made after the transform tables. The host tells it of everything by
+// ProcessWindowMessage, and of the plot's mouse and size directly; the messages run to their end on
+// the host's thread. Errors are shown and the run goes on.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "graph/CurveGraphWindow.h"
+#include "link/RegisterPanel.h"
+#include "stream/EqStream.h"
+#include "tuning/MeasurementRun.h"
+#include "tuning/TuningRun.h"
+#include "ui/CurveDisplay.h"
+#include "ui/DialogAdapters.h"
+#include "ui/TargetHistory.h"
+#include "ui/WaveDlg.h"
+
+namespace tonvane {
+
+// The run, ahead of the dialog's audio side that works with its measurement.
+struct RunOfDialog {
+    RunOfDialog(ProgramValues& values, Messages& messages, TuningView& view, uint16_t linkPort)
+        : run(values, messages, &view, linkPort) {}
+
+    TuningRun run;
+};
+
+class CMainDlg : private Messages, private TuningView, private RunOfDialog, public CWaveDlg {
+  public:
+    // All outlive the dialog.
+    CMainDlg(DialogHost& dialogHost, ProgramValues& values, std::vector<DeviceChoice> devices,
+             UserStore& store, bool promptOnExit, uint16_t linkPort = CAmpLink::usualPort);
+
+    std::optional<std::intptr_t> ProcessWindowMessage(const DialogMessage& m) override;
+
+    // The plot has another size, or another device to draw for.
+    void ResizePlot(const PlotWindow& window);
+
+    CCurveGraphWindow plot;  // for its mouse and its painting
+
+    [[nodiscard]] const TuningRun& tuningRun() const { return run; }
+
+  private:
+    using Row = MessageRow<CMainDlg>;
+    static const std::span<const Row> rows;
+
+    // Messages and TuningView.
+    void error(const std::string& text) override;
+    bool confirm(const std::string& text, const std::string& caption) override;
+    void status(int line, const std::string& text) override;
+    void UpdateResultList() override;
+    void RedrawCurves() override;
+    void SetEditControlsEnabled(bool enabled) override;
+
+    // CWaveDlg.
+    void OnAttachStages() override;
+    void OnDetachStages() override;
+    void OnFileOpened() override;
+
+    // Initialisation.
+    void InitTuningState(const DialogMessage& m);
+    void fillLists();
+    void setUpPlot();
+    void ResetCurves();
+    void HideServiceControls();
+
+    // State and controls: what a person has switched on the screen comes in, or the state goes out.
+    void takeControls();
+    void showControls();
+
+    // The design.
+    void RunDesign();
+    void ApplyCurveEdit(bool redesign);
+    void showCurveAndGain();
+    void beforeLoad();
+    void afterLoad();
+    void loadCommandLineResponse();
+    [[nodiscard]] TargetState targetState() const;
+    void restore(const std::optional<TargetState>& state);
+    void enableEditGroup(bool enabled);
+
+    // Handlers.
+    void OnPaint(const DialogMessage& m);
+    void OnClose(const DialogMessage& m);
+    void OnStatus(const DialogMessage& m);
+    void OnCaptureDone(const DialogMessage& m);
+    void OnCurveChanged(const DialogMessage& m);
+    void OnDesignChange(const DialogMessage& m);
+    void OnFilterRate(const DialogMessage& m);
+    void OnInputRate(const DialogMessage& m);
+    void OnMeasure(const DialogMessage& m);
+    void OnPlayCommand(const DialogMessage& m);
+    void OnStopCommand(const DialogMessage& m);
+    void OnOpenResponse(const DialogMessage& m);
+    void OnOpenTable(const DialogMessage& m);
+    void OnCloseButton(const DialogMessage& m);
+    void OnReset(const DialogMessage& m);
+    void OnLoadParameters(const DialogMessage& m);
+    void OnSaveParameters(const DialogMessage& m);
+    void OnConnect(const DialogMessage& m);
+    void OnTerm(const DialogMessage& m);
+    void OnDump(const DialogMessage& m);
+    void OnRegisterNumber(const DialogMessage& m);
+    void OnRead(const DialogMessage& m);
+    void OnSend(const DialogMessage& m);
+    void OnWord(const DialogMessage& m);
+    void OnSet1(const DialogMessage& m);
+    void OnBiq(const DialogMessage& m);
+    void OnSplit(const DialogMessage& m);
+    void OnDrc(const DialogMessage& m);
+    void OnCrossoverBox(const DialogMessage& m);
+    void OnDrcBox(const DialogMessage& m);
+    void OnShowCurves(const DialogMessage& m);
+    void OnUndo(const DialogMessage& m);
+    void OnRedo(const DialogMessage& m);
+
+    ProgramValues& values_;
+    SetStatus setStatus_;
+    PlotOnHost plotHost_;
+    PanelOnHost panelView_;
+    RegisterPanel panel_;
+    MeasurementRun measurement_;
+    CEqStream eqStream_;
+    CurveDisplay display_;
+    TargetHistory history_;
+};
+
+}  // namespace tonvane

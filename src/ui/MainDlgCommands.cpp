@@ -1,0 +1,325 @@
+// What the dialog answers to, as one table, and what it does then.
+#include <algorithm>
+#include <climits>
+
+#include "files/FileAccess.h"
+#include "files/RegisterDump.h"
+#include "ui/Controls.h"
+#include "ui/MainDlg.h"
+
+namespace tonvane {
+
+namespace {
+
+constexpr int legendBelow = 7;  // from a text to its line, pixels
+constexpr int legendWidth = 3;
+constexpr std::array<uint32_t, 3> legendColors{0xFF008F, 0xFF0000, 0x0000FF};
+
+constexpr FileDialog responseDialog{FileDialog::Form::open, "Quorrel Speaker response (*.qsr)",
+                                    "*.qsr", "qsr"};
+constexpr FileDialog tableDialog{FileDialog::Form::open, "CSV (Comma delimited) (*.csv)", "*.csv",
+                                 "csv"};
+constexpr FileDialog openParametersDialog{FileDialog::Form::open, "Design Parameters (*.txt)",
+                                          "*.txt", "txt"};
+constexpr FileDialog saveParametersDialog{FileDialog::Form::save, "Design Parameters (*.txt)",
+                                          "*.txt", "txt"};
+constexpr FileDialog dumpDialog{FileDialog::Form::open, "dat file (*.dat)", "*.dat", "dat"};
+
+}  // namespace
+
+const std::span<const CMainDlg::Row> CMainDlg::rows = [] {
+    using namespace controls;
+    using namespace notifications;
+    using D = CMainDlg;
+    constexpr auto whole = [](uint32_t message, auto handler, Then then = Then::stop,
+                              std::intptr_t result = 0) {
+        return Row{message, INT_MIN, INT_MAX, anyCode, handler, then, result};
+    };
+    constexpr auto change = [](int id, int code, auto handler) {
+        return Row{message::command, id, id, code, handler};
+    };
+    constexpr auto press = [](int id, auto handler, Then then = Then::stop) {
+        return Row{message::command, id, id, anyCode, handler, then};
+    };
+    constexpr auto several = [](int first, int last, int code, auto handler) {
+        return Row{message::command, first, last, code, handler};
+    };
+    static constexpr std::array table{
+        whole(message::initDialog, &D::InitTuningState, Then::goOn),
+        whole(message::paint, &D::OnPaint, Then::goOn),
+        whole(message::close, &D::OnClose, Then::goOn),
+        whole(message::status, &D::OnStatus, Then::stop, 1),
+        whole(message::captureDone, &D::OnCaptureDone, Then::stop, 1),
+        whole(message::curveChanged, &D::OnCurveChanged),
+        change(curve, selectionChange, &D::OnDesignChange),
+        change(gainClamp, selectionChange, &D::OnDesignChange),
+        change(filterRate, selectionChange, &D::OnFilterRate),
+        change(inputRate, selectionChange, &D::OnInputRate),
+        press(measure, &D::OnMeasure),
+        press(play, &D::OnPlayCommand, Then::goOn),
+        press(controls::stop, &D::OnStopCommand, Then::goOn),
+        press(openResponse, &D::OnOpenResponse),
+        press(openTable, &D::OnOpenTable),
+        press(controls::close, &D::OnCloseButton),
+        press(reset, &D::OnReset),
+        press(loadParameters, &D::OnLoadParameters),
+        press(saveParameters, &D::OnSaveParameters),
+        press(controls::connect, &D::OnConnect),
+        press(term, &D::OnTerm),
+        press(dump, &D::OnDump),
+        change(registerNumber, textChange, &D::OnRegisterNumber),
+        change(registerNumber, lostFocus, &D::OnRead),
+        press(controls::read, &D::OnRead),
+        press(controls::send, &D::OnSend),
+        several(wordFirst, wordLast, textChange, &D::OnWord),
+        press(set1, &D::OnSet1),
+        press(biq, &D::OnBiq),
+        press(split, &D::OnSplit),
+        several(drcFirst, drcFirst + 1, anyCode, &D::OnDrc),
+        change(crossover, lostFocus, &D::OnCrossoverBox),
+        several(drcBoxFirst, drcBoxLast, lostFocus, &D::OnDrcBox),
+        // Not the last one: that box is looked at when something else draws anew.
+        several(showFirst, showLast - 1, anyCode, &D::OnShowCurves),
+        press(undo, &D::OnUndo),
+        press(redo, &D::OnRedo),
+    };
+    return std::span<const Row>(table);
+}();
+
+void CMainDlg::OnPaint(const DialogMessage& /*m*/) {
+    for (int i = 0; i < static_cast<int>(legendColors.size()); ++i) {
+        const PixelRectangle text = host.rectangle(controls::legendFirst + i);
+        host.drawLine(text.left, text.right, text.bottom + legendBelow, legendWidth,
+                      legendColors[static_cast<size_t>(i)]);
+    }
+}
+
+void CMainDlg::OnClose(const DialogMessage& /*m*/) {
+    run.SaveFiltersOnExit();
+}
+
+void CMainDlg::OnCloseButton(const DialogMessage& /*m*/) {
+    run.SaveFiltersOnExit();
+    leave(0);
+}
+
+// A worker's text that arrives behind the end of its run is out of date.
+void CMainDlg::OnStatus(const DialogMessage& m) {
+    if (m.lParam == message::byWorker && player.isActive()) {
+        run.StatusLine1 = engine.status.text();
+    }
+    host.setText(controls::status1, run.StatusLine1);
+    host.setText(controls::status2, run.StatusLine2);
+}
+
+void CMainDlg::OnMeasure(const DialogMessage& /*m*/) {
+    takeControls();
+    measurement_.Measure();
+}
+
+void CMainDlg::OnCaptureDone(const DialogMessage& m) {
+    StopPlaying();
+    takeControls();
+    measurement_.CaptureDone(m.lParam != 0);
+    if (m.lParam != 0) {
+        host.setFocus(controls::dialog);
+    }
+}
+
+void CMainDlg::OnPlayCommand(const DialogMessage& /*m*/) {
+    enableEditGroup(true);
+    host.enable(controls::measure, false);
+}
+
+void CMainDlg::OnStopCommand(const DialogMessage& /*m*/) {
+    measurement_.FinishRun();
+}
+
+void CMainDlg::RunDesign() {
+    takeControls();
+    run.currentCurve = std::max(host.selection(controls::curve), 0);
+    run.gainIndex = host.selection(controls::gainClamp);
+    plot.SetRecord(run.curves[static_cast<size_t>(run.currentCurve)]);
+    run.RunDesign();
+}
+
+void CMainDlg::OnDesignChange(const DialogMessage& /*m*/) {
+    RunDesign();
+    history_.moved(targetState());
+}
+
+void CMainDlg::OnFilterRate(const DialogMessage& /*m*/) {
+    run.filterRateIndex = std::max(host.selection(controls::filterRate), 0);
+    RedrawCurves();
+}
+
+void CMainDlg::OnShowCurves(const DialogMessage& /*m*/) {
+    takeControls();
+    RedrawCurves();
+}
+
+void CMainDlg::ApplyCurveEdit(bool redesign) {
+    if (redesign && run.responseReady) {
+        takeControls();
+    }
+    display_.ApplyCurveEdit(redesign);
+}
+
+void CMainDlg::OnCurveChanged(const DialogMessage& m) {
+    ApplyCurveEdit(m.lParam != 0);
+    if (m.lParam != 0) {
+        history_.edited(targetState());
+    }
+}
+
+void CMainDlg::OnReset(const DialogMessage& /*m*/) {
+    plot.SetRecord(values_.DefaultTargetCurve);
+    ApplyCurveEdit(true);
+    history_.edited(targetState());
+}
+
+TargetState CMainDlg::targetState() const {
+    return {run.currentCurve, run.curves[static_cast<size_t>(run.currentCurve)],
+            values_.TargetCurveKind};
+}
+
+void CMainDlg::restore(const std::optional<TargetState>& state) {
+    if (!state) {
+        return;
+    }
+    run.currentCurve = state->curve;
+    values_.TargetCurveKind = state->kind;
+    host.select(controls::curve, state->curve);
+    plot.SetRecord(state->record);
+    ApplyCurveEdit(true);
+}
+
+void CMainDlg::OnUndo(const DialogMessage& /*m*/) {
+    restore(history_.undo());
+}
+
+void CMainDlg::OnRedo(const DialogMessage& /*m*/) {
+    restore(history_.redo());
+}
+
+void CMainDlg::OnInputRate(const DialogMessage& /*m*/) {
+    takeControls();
+    run.SetInputRate(host.selection(controls::inputRate) + 1);
+    loadCommandLineResponse();
+}
+
+void CMainDlg::beforeLoad() {
+    host.setFocus(controls::dialog);
+    showControls();
+}
+
+void CMainDlg::afterLoad() {
+    host.setFocus(controls::dialog);
+    SetEditControlsEnabled(true);
+}
+
+void CMainDlg::loadCommandLineResponse() {
+    if (values_.ResponseFilePath.empty()) {
+        return;
+    }
+    beforeLoad();
+    if (run.LoadCommandLineResponse()) {
+        afterLoad();
+    }
+}
+
+void CMainDlg::OnOpenResponse(const DialogMessage& /*m*/) {
+    if (const auto path = host.chooseFile(responseDialog)) {
+        beforeLoad();
+        if (run.OpenResponseFile(*path, PathCase::asGiven)) {
+            afterLoad();
+        }
+    }
+}
+
+void CMainDlg::OnOpenTable(const DialogMessage& /*m*/) {
+    if (const auto path = host.chooseFile(tableDialog)) {
+        beforeLoad();
+        run.OpenCsvFile(*path);
+        afterLoad();
+    }
+}
+
+void CMainDlg::OnLoadParameters(const DialogMessage& /*m*/) {
+    if (const auto path = host.chooseFile(openParametersDialog)) {
+        showControls();
+        run.LoadDesignParameters(*path);
+        showCurveAndGain();
+        RedrawCurves();
+        history_.start(targetState());
+    }
+}
+
+// A failure is silent.
+void CMainDlg::OnSaveParameters(const DialogMessage& /*m*/) {
+    if (const auto path = host.chooseFile(saveParametersDialog)) {
+        run.SaveDesignParameters(*path);
+    }
+}
+
+void CMainDlg::OnConnect(const DialogMessage& /*m*/) {
+    panel_.Connect();
+}
+
+void CMainDlg::OnTerm(const DialogMessage& /*m*/) {
+    panel_.Term();
+}
+
+void CMainDlg::OnDump(const DialogMessage& /*m*/) {
+    const auto path = host.chooseFile(dumpDialog);
+    if (!path) {
+        return;
+    }
+    const auto read = [&](int32_t reg, std::span<uint8_t> contents) {
+        run.ampLink.ReadRegister(reg, static_cast<int32_t>(contents.size()), contents);
+    };
+    ReplaceFile(*path, FormatRegisterDump(read),
+                InPlace::whenFolderRefuses);  // silent, if it fails
+}
+
+void CMainDlg::OnRegisterNumber(const DialogMessage& m) {
+    panel_.NumberChanged(host.text(m.id));
+}
+
+void CMainDlg::OnRead(const DialogMessage& /*m*/) {
+    panel_.Read();
+}
+
+void CMainDlg::OnSend(const DialogMessage& /*m*/) {
+    panel_.Send();
+}
+
+void CMainDlg::OnWord(const DialogMessage& m) {
+    panel_.WordChanged(m.id - controls::wordFirst, host.text(m.id));
+}
+
+void CMainDlg::OnSet1(const DialogMessage& /*m*/) {
+    panel_.Set1();
+}
+
+void CMainDlg::OnBiq(const DialogMessage& m) {
+    panel_.ClickBiq(host.check(m.id) != 0);
+}
+
+void CMainDlg::OnSplit(const DialogMessage& m) {
+    panel_.ClickSplit(host.check(m.id) != 0);
+}
+
+void CMainDlg::OnDrc(const DialogMessage& m) {
+    panel_.ClickDrc(m.id - controls::drcFirst, host.check(m.id) != 0);
+}
+
+void CMainDlg::OnCrossoverBox(const DialogMessage& m) {
+    panel_.LeaveCrossoverBox(host.text(m.id), run.designRate);
+}
+
+void CMainDlg::OnDrcBox(const DialogMessage& m) {
+    panel_.LeaveDrcBox(m.id, host.text(m.id));
+}
+
+}  // namespace tonvane

@@ -1,0 +1,123 @@
+// A host without a screen: keeps what the dialog sets in controls made from the template, notes
+// what it asks for, and does what a person would do.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ui/DialogHost.h"
+#include "ui/DialogTemplate.h"
+#include "ui/MainDlg.h"
+
+namespace tonvane::tests {
+
+class RecordingHost : public DialogHost {
+  public:
+    struct Control {
+        ControlKind kind{};
+        std::string text;
+        bool enabled = true;
+        bool visible = true;
+        int check = 0;
+        std::vector<std::string> items{};
+        int selected = -1;
+        int range = 0;
+        int position = 0;
+        bool held = false;
+        std::vector<std::string> cells{};
+    };
+
+    RecordingHost() { renew(); }
+
+    // As before the start.
+    void renew();
+
+    // Gives the messages to a dialog and starts it.
+    void start(CMainDlg& dialog);
+
+    // A person's doings, with the posted messages that follow; the dialog's answer.
+    std::optional<std::intptr_t> tell(const DialogMessage& m);
+    void press(int id, int code = 0);
+    void choose(int id, int index);
+    void type(int id, const std::string& text);
+    void leave(int id);  // an edit box loses the focus
+    void click(int id);  // a check box
+    void closeBox();
+    void drag(Point from, Point to);  // on the plot, from the window's corner
+
+    // Delivers posted messages; waits for a posted message of this number, which may have come
+    // since the last wait for it.
+    void deliver();
+    bool await(uint32_t message);
+
+    // What the dialog has asked for since the last call.
+    std::vector<std::string> take();
+
+    std::map<int, Control> controls;
+    std::map<int, std::string> devices;
+    std::set<int> disabledDevices;
+    int markedDevice = 0;
+    int redraws = 0;
+    int timerMs = 0;  // of the player's timer, 0 when it is off
+    std::set<int> visible() const;
+    std::vector<std::string> chosenFiles;  // answers of the file dialog, the next one last
+    bool answer = true;                    // of questions
+
+    // DialogHost.
+    void setText(int id, const std::string& text) override;
+    [[nodiscard]] std::string text(int id) const override;
+    void enable(int id, bool enabled) override;
+    void show(int id, bool visible) override;
+    void setFocus(int id) override { note("focus " + std::to_string(id)); }
+    [[nodiscard]] PixelRectangle rectangle(int id) const override;
+    void setBoldFont(int id, int points) override;
+    void setCheck(int id, int state) override { controls[id].check = state; }
+    [[nodiscard]] int check(int id) const override { return controls.at(id).check; }
+    void insertItem(int id, int index, const std::string& text) override;
+    void deleteItem(int id, int index) override;
+    [[nodiscard]] int itemCount(int id) const override;
+    [[nodiscard]] std::string item(int id, int index) const override;
+    void select(int id, int index) override;
+    [[nodiscard]] int selection(int id) const override { return controls.at(id).selected; }
+    void setSliderRange(int id, int most) override { controls[id].range = most; }
+    [[nodiscard]] int sliderRange(int id) const override { return controls.at(id).range; }
+    void setSliderPosition(int id, int position) override { controls[id].position = position; }
+    [[nodiscard]] int sliderPosition(int id) const override { return controls.at(id).position; }
+    [[nodiscard]] bool isTracking(int id) const override { return controls.at(id).held; }
+    void setColumns(int id, std::span<const char* const> heads) override;
+    void setCell(int id, int column, const std::string& text) override;
+    PlotWindow createPlot(int placeId) override;
+    void invalidatePlot() override { ++redraws; }
+    void capturePlotMouse(bool captured) override;
+    void setPlotCursor(GraphCursor /*cursor*/) override {}
+    void drawLine(int fromX, int toX, int y, int width, uint32_t color) override;
+    void addDeviceEntry(int id, const std::string& name) override { devices[id] = name; }
+    void enableDeviceEntry(int id, bool enabled) override;
+    void selectDeviceEntry(int id) override { markedDevice = id; }
+    void placeWindow() override {}
+    void setBusy(bool /*busy*/) override {}
+    void startTimer(int /*timerId*/, int milliseconds) override { timerMs = milliseconds; }
+    void stopTimer(int /*timerId*/) override { timerMs = 0; }
+    bool showMessage(const MessageBox& box) override;
+    std::optional<std::string> chooseFile(const FileDialog& dialog) override;
+    void post(const DialogMessage& m) override;
+    void send(const DialogMessage& m) override;
+    [[nodiscard]] bool isWindow() const override { return dialog_ != nullptr; }
+    void destroyWindow() override;
+    void postQuit(int exitCode) override { note("quit " + std::to_string(exitCode)); }
+
+  private:
+    void note(const std::string& event) { events_.push_back(event); }
+
+    CMainDlg* dialog_ = nullptr;
+    std::vector<std::string> events_;
+    std::mutex mutex_;
+    std::deque<DialogMessage> posted_;
+    std::set<uint32_t> delivered_;
+};
+
+}  // namespace tonvane::tests
