@@ -22,7 +22,8 @@ namespace {
 constexpr int legendLineSpace = 14;  // below the texts of the legend
 constexpr int sideWidth = 290;
 constexpr int swatchWidth = 22;
-constexpr int openWaveId = 4000;  // no command: the window does it by itself
+constexpr int openWaveId = 4000;  // these two are the window's own
+constexpr int deviceButtonId = 4001;
 constexpr int drcCount = 2;
 constexpr std::array drcFields{"Threshold, dB", "Averaging, ms", "Attack, ms", "Release, ms"};
 
@@ -131,6 +132,7 @@ QGroupBox* LabWindow::makeMeasurement() {
     device->setToolTip("The audio device that measures and plays");
     device->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     host().setDeviceButton(device);
+    host().add(deviceButtonId, device);
     auto* layout = new QVBoxLayout(group);
     layout->addLayout(row({make(controls::measure), makeCommand(controls::openResponse),
                            makeCommand(controls::openTable)}));
