@@ -4,7 +4,8 @@
 #include <QMessageBox>
 
 #include "app/CommandLine.h"
-#include "device/menu/DeviceMenu.h"
+#include "app/WindowDevices.h"
+#include "files/FileAccess.h"
 #include "transform/FftTables.h"
 #include "tuning/ProgramValues.h"
 #include "ui/MainDlg.h"
@@ -26,18 +27,19 @@ class StartMessages : public Messages {
     void status(int /*line*/, const std::string& /*text*/) override {}
 };
 
-// The menu's devices; the one without hardware takes the first free place behind them.
-std::vector<DeviceChoice> deviceChoices(bool withSimulated) {
-    std::vector<DeviceChoice> choices;
-    int nextId = defaultDeviceId;
-    for (DeviceEntry& entry : ListDevices()) {
-        if (entry.id == simulatedDeviceId && !withSimulated) {
-            continue;
+// A line for each control: its id, left, top, width and height in pixels of the window.
+void writeLayout(QtDialogHost& host, const std::string& path) {
+    QCoreApplication::processEvents();  // the window finds its final size
+    std::string text;
+    for (const int id : host.ids()) {
+        const PixelRectangle at = host.rectangle(id);
+        text += std::to_string(id);
+        for (const int value : {at.left, at.top, at.right - at.left, at.bottom - at.top}) {
+            text += " " + std::to_string(value);
         }
-        choices.push_back({nextId, std::move(entry.description), std::move(entry.make)});
-        ++nextId;
+        text += "\n";
     }
-    return choices;
+    ReplaceFile(path, text);
 }
 
 }  // namespace
@@ -50,7 +52,6 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
     int argc = 1;
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setApplicationDisplayName("Tonvane");
     QGuiApplication::setDesktopFileName("tonvane");
 
     ProgramValues values;
@@ -62,11 +63,14 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
 
     FileUserStore store(UserStorePath());
     const auto window = makeWindow();
-    const auto dialog = std::make_unique<CMainDlg>(window->host(), values,
-                                                   deviceChoices(options.simulatedDevice), store,
-                                                   promptOnExit, options.linkPort);
+    const auto dialog =
+        std::make_unique<CMainDlg>(window->host(), values, WindowDevices(options.simulatedDevice),
+                                   store, promptOnExit, options.linkPort);
     window->host().start(*dialog);
     window->show();
+    if (!options.layoutFile.empty()) {
+        writeLayout(window->host(), options.layoutFile);
+    }
     return QApplication::exec();
 }
 

@@ -82,6 +82,10 @@ void CCurveGraphWindow::OnMouseMove(Point mouse) {
         return;
     }
     drag(toPlot(mouse));
+    tellOfMove();
+}
+
+void CCurveGraphWindow::tellOfMove() {
     const CurvePoint point = record.points[dragIndex];
     const bool isEdge = isBandEdge(dragIndex);
     host().curveChanged(false);
@@ -94,11 +98,28 @@ void CCurveGraphWindow::drag(Point inPlot) {
     const double level = valueAt(yAxis, -inPlot.y);
     const int32_t frequency =
         elementary::TruncateToInt(elementary::Exp(position * std::numbers::ln10));
+    place(frequency, elementary::TruncateToInt(level));
+}
+
+void CCurveGraphWindow::place(int32_t frequency, int32_t level) {
     TargetRecord edited = record;
-    edited.points[dragIndex] = {
-        allowedFrequency(frequency),
-        isBandEdge(dragIndex) ? bandEdgeLevel : elementary::TruncateToInt(level)};
+    edited.points[dragIndex] = {allowedFrequency(frequency),
+                                isBandEdge(dragIndex) ? bandEdgeLevel : level};
     SetRecord(edited);
+}
+
+void CCurveGraphWindow::MoveHandle(int32_t index, CurvePoint to) {
+    if (!editingEnabled) {
+        return;
+    }
+    if (dragIndex == -1) {
+        dragIndex = index;
+    }
+    const double lowest = elementary::Exp(xAxis.tickLow * std::numbers::ln10);
+    const double highest = elementary::Exp(xAxis.tickHigh * std::numbers::ln10);
+    place(elementary::TruncateToInt(std::clamp<double>(to.frequency, lowest, highest)),
+          elementary::TruncateToInt(std::clamp<double>(to.level, yAxis.tickLow, yAxis.tickHigh)));
+    tellOfMove();
 }
 
 // A knot between two close neighbours follows the upper one.

@@ -32,6 +32,10 @@ class CCurveGraphWindow : public CGraphWindow {
     void OnMouseMove(Point mouse);
     void OnLeftButtonUp();
 
+    // By keyboard: takes a handle up, unless one is held, and moves it as near to a point as it may
+    // go; OnLeftButtonUp lets it go.
+    void MoveHandle(int32_t index, CurvePoint to);
+
     // The handle at a point of the plot, 0 to 8; -1 for none. Hidden handles count.
     [[nodiscard]] int32_t HitTest(Point inPlot) const;
 
@@ -45,6 +49,8 @@ class CCurveGraphWindow : public CGraphWindow {
   private:
     [[nodiscard]] Point toPlot(Point mouse) const;
     void drag(Point inPlot);
+    void place(int32_t frequency, int32_t level);
+    void tellOfMove();
     [[nodiscard]] int32_t allowedFrequency(int32_t frequency) const;
 
     int32_t& targetCurveKind_;

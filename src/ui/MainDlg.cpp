@@ -10,6 +10,7 @@ namespace tonvane {
 
 namespace {
 
+constexpr auto longTime = std::chrono::milliseconds(100);
 constexpr int usualGainIndex = 6;
 constexpr int statusFontPoints = 10;
 
@@ -97,6 +98,19 @@ void CMainDlg::UpdateResultList() {
 
 void CMainDlg::RedrawCurves() {
     display_.RedrawCurves();
+}
+
+void CMainDlg::work(const std::function<void()>& toDo) {
+    const bool takesLong = lastWork_ > longTime;
+    if (takesLong) {
+        host.setBusy(true);
+    }
+    const auto start = std::chrono::steady_clock::now();
+    toDo();
+    lastWork_ = std::chrono::steady_clock::now() - start;
+    if (takesLong) {
+        host.setBusy(false);
+    }
 }
 
 void CMainDlg::enableEditGroup(bool enabled) {

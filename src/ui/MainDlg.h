@@ -6,6 +6,8 @@
 #pragma once
 
 #include <array>
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -84,6 +86,9 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     void restore(const std::optional<TargetState>& state);
     void enableEditGroup(bool enabled);
 
+    // Does what may take long, with a busy cursor if it did so the last time.
+    void work(const std::function<void()>& toDo);
+
     // Handlers.
     void OnPaint(const DialogMessage& m);
     void OnClose(const DialogMessage& m);
@@ -118,6 +123,7 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     void OnShowCurves(const DialogMessage& m);
     void OnUndo(const DialogMessage& m);
     void OnRedo(const DialogMessage& m);
+    void OnSavePicture(const DialogMessage& m);
 
     ProgramValues& values_;
     SetStatus setStatus_;
@@ -128,6 +134,7 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     CEqStream eqStream_;
     CurveDisplay display_;
     TargetHistory history_;
+    std::chrono::steady_clock::duration lastWork_{};
 };
 
 }  // namespace tonvane

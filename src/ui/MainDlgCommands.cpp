@@ -6,6 +6,7 @@
 #include "files/RegisterDump.h"
 #include "ui/Controls.h"
 #include "ui/MainDlg.h"
+#include "ui/PlotPicture.h"
 
 namespace tonvane {
 
@@ -24,6 +25,11 @@ constexpr FileDialog openParametersDialog{FileDialog::Form::open, "Design Parame
 constexpr FileDialog saveParametersDialog{FileDialog::Form::save, "Design Parameters (*.txt)",
                                           "*.txt", "txt"};
 constexpr FileDialog dumpDialog{FileDialog::Form::open, "dat file (*.dat)", "*.dat", "dat"};
+
+constexpr FileDialog pictureDialog{FileDialog::Form::save, "Pictures (*.png *.svg *.pdf)",
+                                   "*.png *.svg *.pdf", "png"};
+constexpr int pictureHeight = 400;
+constexpr int pictureScale = 2;
 
 }  // namespace
 
@@ -82,6 +88,7 @@ const std::span<const CMainDlg::Row> CMainDlg::rows = [] {
         several(showFirst, showLast - 1, anyCode, &D::OnShowCurves),
         press(undo, &D::OnUndo),
         press(redo, &D::OnRedo),
+        press(savePicture, &D::OnSavePicture),
     };
     return std::span<const Row>(table);
 }();
@@ -120,7 +127,7 @@ void CMainDlg::OnMeasure(const DialogMessage& /*m*/) {
 void CMainDlg::OnCaptureDone(const DialogMessage& m) {
     StopPlaying();
     takeControls();
-    measurement_.CaptureDone(m.lParam != 0);
+    work([&] { measurement_.CaptureDone(m.lParam != 0); });
     if (m.lParam != 0) {
         host.setFocus(controls::dialog);
     }
@@ -140,7 +147,7 @@ void CMainDlg::RunDesign() {
     run.currentCurve = std::max(host.selection(controls::curve), 0);
     run.gainIndex = host.selection(controls::gainClamp);
     plot.SetRecord(run.curves[static_cast<size_t>(run.currentCurve)]);
-    run.RunDesign();
+    work([&] { run.RunDesign(); });
 }
 
 void CMainDlg::OnDesignChange(const DialogMessage& /*m*/) {
@@ -159,10 +166,12 @@ void CMainDlg::OnShowCurves(const DialogMessage& /*m*/) {
 }
 
 void CMainDlg::ApplyCurveEdit(bool redesign) {
-    if (redesign && run.responseReady) {
-        takeControls();
+    if (!redesign || !run.responseReady) {
+        display_.ApplyCurveEdit(redesign);
+        return;
     }
-    display_.ApplyCurveEdit(redesign);
+    takeControls();
+    work([&] { display_.ApplyCurveEdit(true); });
 }
 
 void CMainDlg::OnCurveChanged(const DialogMessage& m) {
@@ -202,6 +211,29 @@ void CMainDlg::OnRedo(const DialogMessage& /*m*/) {
     restore(history_.redo());
 }
 
+void CMainDlg::OnSavePicture(const DialogMessage& /*m*/) {
+    const auto path = host.chooseFile(pictureDialog);
+    if (!path) {
+        return;
+    }
+    const PlotPicture picture{.width = plot.width / plot.xAxis.unit,
+                              .height = pictureHeight,
+                              .scale = pictureScale,
+                              .shown = display_.shown,
+                              .caption = {}};
+    std::string contents;
+    if (path->ends_with(".svg")) {
+        contents = PlotSvg(run, values_, picture);
+    } else if (path->ends_with(".pdf")) {
+        contents = PlotPdf(run, values_, picture);
+    } else {
+        contents = PlotPng(run, values_, picture);
+    }
+    if (const auto reason = ReplaceFile(*path, contents)) {
+        showError("Failed to save the picture: " + *reason);
+    }
+}
+
 void CMainDlg::OnInputRate(const DialogMessage& /*m*/) {
     takeControls();
     run.SetInputRate(host.selection(controls::inputRate) + 1);
@@ -223,7 +255,9 @@ void CMainDlg::loadCommandLineResponse() {
         return;
     }
     beforeLoad();
-    if (run.LoadCommandLineResponse()) {
+    bool opened = false;
+    work([&] { opened = run.LoadCommandLineResponse(); });
+    if (opened) {
         afterLoad();
     }
 }

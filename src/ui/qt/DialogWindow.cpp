@@ -4,6 +4,7 @@
 #include <QDropEvent>
 #include <QFile>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QUrl>
@@ -81,6 +82,10 @@ void DialogWindow::keyPressEvent(QKeyEvent* event) {
     }
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
         QWidget::keyPressEvent(event);
+        return;
+    }
+    if (auto* edit = qobject_cast<QLineEdit*>(focusWidget())) {
+        host_.leaveEdit(*edit);
         return;
     }
     auto* button = qobject_cast<QPushButton*>(focusWidget());

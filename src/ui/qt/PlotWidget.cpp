@@ -1,8 +1,10 @@
 #include "ui/qt/PlotWidget.h"
 
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 #include "graph/CairoCanvas.h"
 #include "ui/MainDlg.h"
@@ -14,6 +16,9 @@ namespace {
 constexpr double fontPixels = 11.0;
 constexpr int leastWidth = 160;  // room for the margins and some plot
 constexpr int leastHeight = 80;
+constexpr int handleCount = 9;
+constexpr double keyRatio = 1.0292;  // a 24th of an octave
+const QColor chosenColor(0xE0, 0x50, 0x00);
 
 }  // namespace
 
@@ -21,6 +26,8 @@ PlotWidget::PlotWidget(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(leastWidth, leastHeight);
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName("Plot of the target curve");
 }
 
 QSize PlotWidget::pixels() const {
@@ -48,7 +55,19 @@ void PlotWidget::paintEvent(QPaintEvent* /*event*/) {
     CairoCanvas canvas(reinterpret_cast<uint32_t*>(image_.bits()), size.width(), size.height(),
                        static_cast<int32_t>(image_.bytesPerLine() / 4), fontPixels);
     dialog_->plot.Paint(canvas);
-    QPainter(this).drawImage(rect(), image_);
+    QPainter painter(this);
+    painter.drawImage(rect(), image_);
+    if (hasFocus() && isShown(chosen_)) {
+        const CCurveGraphWindow& plot = dialog_->plot;
+        const Rectangle& handle = plot.handleRects[static_cast<size_t>(chosen_)];
+        const int unit = plot.xAxis.unit;
+        const QRect ring(handle.left + plot.left * unit,
+                         handle.top + plot.yAxis.pixels + plot.top * unit,
+                         handle.right - handle.left, handle.bottom - handle.top);
+        painter.scale(1.0 / devicePixelRatioF(), 1.0 / devicePixelRatioF());
+        painter.setPen(QPen(chosenColor, 2.0 * unit));
+        painter.drawRect(ring.adjusted(-3 * unit, -3 * unit, 3 * unit, 3 * unit));
+    }
 }
 
 void PlotWidget::resizeEvent(QResizeEvent* /*event*/) {
@@ -67,6 +86,7 @@ void PlotWidget::setPlotCursor(GraphCursor cursor) {
 }
 
 void PlotWidget::mousePressEvent(QMouseEvent* event) {
+    letGo();
     if (dialog_ != nullptr && event->button() == Qt::LeftButton) {
         dialog_->plot.OnLeftButtonDown(inPlot(*event));
     }
@@ -88,9 +108,107 @@ void PlotWidget::mouseReleaseEvent(QMouseEvent* event) {
     }
 }
 
-// Its second click takes up no handle.
+// The second click takes up no handle.
 void PlotWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     event->ignore();
+}
+
+bool PlotWidget::isShown(int32_t handle) const {
+    return dialog_ != nullptr && handle >= 0 &&
+           (handle < TargetRecord::knotCount ? dialog_->plot.showKnots
+                                             : dialog_->plot.showBandEdges);
+}
+
+// The next one that is shown, in the order of the record; the same one if there is no other.
+int32_t PlotWidget::nextHandle(int32_t step) const {
+    for (int32_t i = 1; i <= handleCount; ++i) {
+        const int32_t handle = (chosen_ + step * i + 2 * handleCount) % handleCount;
+        if (isShown(handle)) {
+            return handle;
+        }
+    }
+    return chosen_;
+}
+
+void PlotWidget::chooseHandle(int32_t handle) {
+    letGo();
+    chosen_ = handle;
+    tellOfHandle();
+    update();
+}
+
+void PlotWidget::tellOfHandle() {
+    if (!isShown(chosen_)) {
+        return;
+    }
+    const CurvePoint& point = dialog_->plot.record.points[static_cast<size_t>(chosen_)];
+    const QString hertz = QString::number(point.frequency) + " Hz";
+    if (chosen_ < TargetRecord::knotCount) {
+        setAccessibleDescription(
+            QString("Knot %1 of 7, %2, %3 dB").arg(chosen_ + 1).arg(hertz).arg(point.level));
+    } else {
+        setAccessibleDescription((chosen_ == TargetRecord::lowEdge ? "Low edge, " : "High edge, ") +
+                                 hertz);
+    }
+    QAccessibleEvent changed(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&changed);
+}
+
+void PlotWidget::moveHandle(int key, bool finely) {
+    CurvePoint to = dialog_->plot.record.points[static_cast<size_t>(chosen_)];
+    const double step = finely ? 1.0 : std::max(1.0, to.frequency * (keyRatio - 1.0));
+    if (key == Qt::Key_Up || key == Qt::Key_Down) {
+        to.level += key == Qt::Key_Up ? 1 : -1;
+    } else {
+        const double shift = key == Qt::Key_Right ? step : -step;
+        to.frequency = static_cast<int32_t>(std::lround(to.frequency + shift));
+    }
+    movesByKey_ = true;
+    dialog_->plot.MoveHandle(chosen_, to);
+    tellOfHandle();
+}
+
+void PlotWidget::letGo() {
+    if (movesByKey_ && dialog_ != nullptr) {
+        movesByKey_ = false;
+        dialog_->plot.OnLeftButtonUp();
+    }
+}
+
+void PlotWidget::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (dialog_ == nullptr || (dialog_->plot.dragIndex != -1 && !movesByKey_)) {
+        return;  // the mouse holds a handle
+    }
+    if (key == Qt::Key_PageDown || key == Qt::Key_PageUp) {
+        chooseHandle(nextHandle(key == Qt::Key_PageDown ? 1 : -1));
+    } else if (isShown(chosen_) && (key == Qt::Key_Left || key == Qt::Key_Right ||
+                                    key == Qt::Key_Up || key == Qt::Key_Down)) {
+        moveHandle(key, event->modifiers().testFlag(Qt::ShiftModifier));
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void PlotWidget::keyReleaseEvent(QKeyEvent* event) {
+    if (!event->isAutoRepeat()) {
+        letGo();
+    }
+    QWidget::keyReleaseEvent(event);
+}
+
+void PlotWidget::focusInEvent(QFocusEvent* /*event*/) {
+    if (!isShown(chosen_)) {
+        chosen_ = -1;
+        chosen_ = nextHandle(1);
+    }
+    tellOfHandle();
+    update();
+}
+
+void PlotWidget::focusOutEvent(QFocusEvent* /*event*/) {
+    letGo();
+    update();
 }
 
 }  // namespace tonvane

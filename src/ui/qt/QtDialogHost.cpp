@@ -19,14 +19,18 @@
 
 #include "ui/Controls.h"
 #include "ui/MainDlg.h"
+#include "ui/qt/ControlTexts.h"
 #include "ui/qt/ProgramIcon.h"
 
 namespace tonvane {
 
 namespace {
 
-constexpr const char* textProperty = "text";  // of labels, buttons and edit boxes
-constexpr int thumbTrack = 5;                 // scroll code of a slider that is being dragged
+constexpr const char* idProperty = "controlId";  // of edit boxes
+constexpr const char* textProperty = "text";     // of labels, buttons and edit boxes
+constexpr int darkBelow = 128;                   // lightness of a dark window
+constexpr uint32_t lightPlate = 0xBFE9EE;        // the plot's colour, below lines in such a window
+constexpr int thumbTrack = 5;                    // scroll code of a slider that is being dragged
 
 QString toQt(const std::string& text) {
     return QString::fromStdString(text);
@@ -50,13 +54,23 @@ QWidget* QtDialogHost::control(int id) const {
     return found == controls_.end() ? nullptr : found->second;
 }
 
+std::vector<int> QtDialogHost::ids() const {
+    std::vector<int> all;
+    all.reserve(controls_.size());
+    for (const auto& entry : controls_) {
+        all.push_back(entry.first);
+    }
+    return all;
+}
+
 void QtDialogHost::add(int id, QWidget* widget) {
     controls_[id] = widget;
+    DescribeControl(id, *widget);
     if (auto* edit = qobject_cast<QLineEdit*>(widget)) {
         connect(edit, &QLineEdit::textChanged, this,
                 [this, id] { command(id, notifications::textChange); });
         edit->installEventFilter(this);
-        edit->setProperty("controlId", id);
+        edit->setProperty(idProperty, id);
     } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
         connect(button, &QAbstractButton::clicked, this,
                 [this, id] { command(id, notifications::click); });
@@ -86,9 +100,13 @@ void QtDialogHost::addSlider(int id, QWidget* widget) {
 bool QtDialogHost::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut &&
         static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
-        command(watched->property("controlId").toInt(), notifications::lostFocus);
+        leaveEdit(*watched);
     }
     return false;
+}
+
+void QtDialogHost::leaveEdit(const QObject& edit) {
+    command(edit.property(idProperty).toInt(), notifications::lostFocus);
 }
 
 void QtDialogHost::start(CMainDlg& dialog) {
@@ -333,9 +351,14 @@ void QtDialogHost::paint(QPainter& painter) {
 }
 
 void QtDialogHost::drawLine(int fromX, int toX, int y, int width, uint32_t color) {
-    if (painter_ != nullptr) {
-        painter_->fillRect(fromX, y - width / 2, toX - fromX, width, toQt(color));
+    if (painter_ == nullptr) {
+        return;
     }
+    const QRect line(fromX, y - width / 2, toX - fromX, width);
+    if (window_.palette().window().color().lightness() < darkBelow) {
+        painter_->fillRect(line.adjusted(-2, -2, 2, 2), toQt(lightPlate));
+    }
+    painter_->fillRect(line, toQt(color));
 }
 
 void QtDialogHost::addDeviceEntry(int id, const std::string& name) {
@@ -356,6 +379,9 @@ void QtDialogHost::enableDeviceEntry(int id, bool enabled) {
 void QtDialogHost::selectDeviceEntry(int id) {
     if (const auto entry = deviceEntries_.find(id); entry != deviceEntries_.end()) {
         entry->second->setChecked(true);
+        if (deviceButton_ != nullptr) {
+            deviceButton_->setText(entry->second->text());
+        }
     }
 }
 

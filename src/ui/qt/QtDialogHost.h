@@ -3,6 +3,7 @@
 // A window makes the widgets, adds them here, attaches the dialog and starts it.
 #pragma once
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QActionGroup>
 #include <QMenu>
@@ -36,6 +37,9 @@ class QtDialogHost : public QObject, public DialogHost {
     // A click on a control or a notification of it, as a message.
     void command(int id, int code);
 
+    // What was typed into an edit box is to be taken.
+    void leaveEdit(const QObject& edit);
+
     // The window was asked to close: the message, and what follows it by default.
     void close();
 
@@ -43,7 +47,12 @@ class QtDialogHost : public QObject, public DialogHost {
     void paint(QPainter& painter);
 
     [[nodiscard]] QMenu& deviceMenu() { return deviceMenu_; }
+
+    // A button that shows the name of the device in use.
+    void setDeviceButton(QAbstractButton* button) { deviceButton_ = button; }
+
     [[nodiscard]] QWidget* control(int id) const;
+    [[nodiscard]] std::vector<int> ids() const;
 
     // DialogHost.
     void setText(int id, const std::string& text) override;
@@ -105,6 +114,7 @@ class QtDialogHost : public QObject, public DialogHost {
     QMenu deviceMenu_;
     QActionGroup deviceGroup_;
     std::map<int, QAction*> deviceEntries_;
+    QAbstractButton* deviceButton_ = nullptr;
     std::map<int, std::unique_ptr<QTimer>> timers_;
 };
 

@@ -33,6 +33,10 @@ TemplateWindow::TemplateWindow(const DialogTemplate& dialog) : DialogWindow(true
     for (const DialogItem& item : dialog.items) {
         QWidget* control = MakeControl(item.kind, QString::fromUtf8(item.text), this);
         control->setGeometry(pixels(item.place));
+        if (item.kind == ControlKind::dropList) {
+            // A list has the height of its style, as on every platform.
+            control->resize(control->width(), control->sizeHint().height());
+        }
         if (item.kind == ControlKind::groupBox) {
             control->lower();
         }

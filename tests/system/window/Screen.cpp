@@ -76,6 +76,14 @@ bool Screen::awaitNoWindow(const std::string& title) {
     });
 }
 
+bool Screen::awaitActive(const std::function<bool(const std::string& window)>& isWanted) {
+    return Await([&] {
+        std::istringstream lines(xdotool({"getactivewindow"}));
+        std::string id;
+        return std::getline(lines, id) && isWanted(id);
+    });
+}
+
 void Screen::moveTo(const std::string& window, ScreenPoint at) {
     xdotool({"mousemove", "--window", window, std::to_string(at.x), std::to_string(at.y)});
 }

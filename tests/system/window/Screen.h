@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,6 +47,9 @@ class Screen {
 
     // Whether no such window is left.
     bool awaitNoWindow(const std::string& title);
+
+    // Whether the window that gets the keys comes to be one that is wanted.
+    bool awaitActive(const std::function<bool(const std::string& window)>& isWanted);
 
     // The mouse, from a window's upper left corner, and the keyboard.
     void moveTo(const std::string& window, ScreenPoint at);
