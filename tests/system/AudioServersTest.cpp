@@ -224,26 +224,67 @@ TEST(AlsaDevice, WhatIsPlayedIsCapturedWithGapsOrFarOutOfStep) {
     }
 }
 
+// Frames of the played words, in pieces of 64, that the capture does not hold in their order.
+int32_t missingFrames(const Words& captured, const Words& played) {
+    constexpr int32_t piece = 64;
+    int32_t missing = 0;
+    auto from = captured.begin();
+    for (auto next = played.begin(); played.end() - next >= piece; next += piece) {
+        const auto found = std::search(from, captured.end(), next, next + piece);
+        if (found == captured.end()) {
+            missing += piece;
+        } else {
+            from = found + piece;
+        }
+    }
+    return missing;
+}
+
 TEST(AlsaDevice, APauseLosesFramesThatWereQueued) {
     const tests::PulseServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
     const WAVEFORMATEX format = MakeWaveFormat(rate, 2, 16);
+    CAlsaWave listener;
+    ASSERT_TRUE(listener.Open(&format, nullptr, depth, nullptr)) << listener.refusal();
+    ASSERT_TRUE(listener.Start());
     CAlsaWave device;
     ASSERT_TRUE(device.Open(nullptr, &format, depth, nullptr)) << device.refusal();
-    const std::vector<int16_t> frames(2 * 100000);
+    const Words played = noise(81920);
+    Words captured;
+    std::vector<int16_t> heard(2 * block);
+    listener.Read(heard.data(), block);  // it has begun
+    const auto heardTheLast = [&] {
+        const auto recent =
+            captured.end() - std::min<std::ptrdiff_t>(std::ssize(captured), 2 * block);
+        return std::search(recent, captured.end(), played.end() - 64, played.end()) !=
+               captured.end();
+    };
+    std::thread reader([&] {
+        while (captured.size() < 20 * rate && !heardTheLast()) {
+            ASSERT_EQ(listener.Read(heard.data(), block), block);
+            for (int32_t i = 0; i < block; ++i) {
+                captured.push_back(heard[2 * i]);
+            }
+        }
+    });
     std::thread writer([&] {
-        EXPECT_EQ(device.Write(frames.data(), 40000), 40000);
+        std::vector<int16_t> frames;
+        for (const int32_t word : played) {
+            frames.insert(frames.end(), 2, static_cast<int16_t>(word));
+        }
+        device.Write(frames.data(), 40960);
         device.Stop();
-        EXPECT_TRUE(device.Start());
-        EXPECT_EQ(device.Write(frames.data(), 60000), 60000);
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        device.Start();
+        device.Write(&frames[2 * 40960], 40960);
         device.FlushOutput();
         device.WaitEmpty();
     });
     device.WaitFilled();
     ASSERT_TRUE(device.Start());
     writer.join();
-    EXPECT_EQ(device.xruns(), 0);
-    EXPECT_FALSE(device.isLost());
+    reader.join();
+    EXPECT_LE(missingFrames(captured, played), 2048) << "of the 8192 that the library holds";
 }
 
 TEST(AlsaDevice, AServerThatEndsHoldsTheWorkers) {
