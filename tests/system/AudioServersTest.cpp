@@ -245,7 +245,7 @@ TEST(AlsaDevice, WhatIsPlayedIsCapturedWithGapsOrFarOutOfStep) {
     }
 }
 
-TEST(AlsaDevice, APauseLosesFramesThatWereQueued) {
+TEST(AlsaDevice, APauseHoldsTheWriterOrLosesTheDevice) {
     const tests::PulseServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
     const WAVEFORMATEX format = MakeWaveFormat(rate, 2, 16);
