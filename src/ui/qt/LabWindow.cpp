@@ -62,9 +62,9 @@ LabWindow::LabWindow() : DialogWindow(false) {
     left->addLayout(makeLegend());
     left->addLayout(makeStatus());
     auto* lower = MakeChild<QHBoxLayout>();
-    lower->addWidget(makeMeasurement(), 3);
-    lower->addWidget(makeTarget(), 2);
-    lower->addWidget(makeCurves(), 2);
+    lower->addWidget(makeMeasurement(), 4);
+    lower->addWidget(makeTarget(), 3);
+    lower->addWidget(makeCurves(), 3);
     left->addLayout(lower);
     left->addWidget(makePlayer());
 

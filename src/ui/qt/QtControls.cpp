@@ -24,6 +24,7 @@ QWidget* makeList(QWidget* parent) {
     list->setSelectionMode(QAbstractItemView::SingleSelection);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setTabKeyNavigation(false);
+    list->setWordWrap(false);
     list->verticalHeader()->hide();
     list->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     list->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
