@@ -13,6 +13,7 @@
 #include "app/CommandLine.h"
 #include "app/JsonReport.h"
 #include "files/FileAccess.h"
+#include "files/LevelTable.h"
 #include "files/ResponseFile.h"
 #include "transform/FftTables.h"
 #include "tuning/DesignReport.h"
@@ -111,7 +112,8 @@ bool runForPerson(const Input& input) {
         std::string contents = input.response;
         values.ResponseIsCsv = input.format != "qsr";
         if (values.ResponseIsCsv) {
-            ReadCheckedCsvRows(ScratchFile(contents, "response"), run->csvTable);
+            InputNotes notes;
+            ReadLevelTable(ScratchFile(contents, "response"), run->csvTable, notes);
         } else {
             contents.resize(responseFileBytes);
             response = ReadCheckedResponseFile(ScratchFile(contents, "response"));

@@ -1,5 +1,5 @@
-// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, plot,
-// link).
+// tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, measure,
+// plot, play, convert, link).
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -8,8 +8,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include "app/AudioArguments.h"
 #include "app/BatchCommand.h"
+#include "app/ConvertArguments.h"
 #include "app/DesignCommand.h"
+#include "app/Interruption.h"
 #include "app/LinkArguments.h"
 #include "app/PlotArguments.h"
 
@@ -20,7 +23,11 @@ constexpr int badUsage = 2;
 
 void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<void()>& run) {
     CLI::App* design = app.add_subcommand("design", "Design a filter for a loudspeaker's response");
-    tonvane::AddResponseOptions(*design, options);
+    auto* source = design->add_option_group("source");
+    tonvane::AddResponseOptions(*design, *source, options);
+    source->add_flag("--measure", options.measure, "Measure the response through the audio device");
+    source->require_option(1);
+    tonvane::AddDeviceOptions(*design, options.device, "--device-timeout");
     design->add_option("-o,--output", options.output, "Filter file to write")->required();
     design
         ->add_option("--format", options.format,
@@ -28,7 +35,9 @@ void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<voi
         ->check(CLI::IsMember({20, 4}));
     design->add_option("--addresses", options.addresses,
                        "Address file such as registeraddress.cfg");
-    design->add_option("--report", options.report, "JSON file with the figures of the design");
+    design->add_option("--report", options.report,
+                       "File with the figures of the design: .html for a page, else JSON");
+    tonvane::AddExportOption(*design, options.exports);
     tonvane::AddDesignPlot(*design, options);
     design->add_flag("--program", options.program,
                      "Send the filter to the amplifier through the link server");
@@ -47,7 +56,9 @@ int runForPerson(int argc, char** argv) {
     tonvane::DesignOptions options;
     std::function<void()> run;
     addDesign(app, options, run);
+    tonvane::AddConvertCommand(app, run);
     tonvane::AddPlotCommand(app, run);
+    tonvane::AddAudioCommands(app, run);
     tonvane::AddLinkCommand(app, run);
     try {
         app.parse(argc, argv);
@@ -67,6 +78,9 @@ int main(int argc, char** argv) {
             return tonvane::RunBatch(arguments);
         }
         return runForPerson(argc, argv);
+    } catch (const tonvane::Interrupted& error) {
+        std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
+        return tonvane::Interrupted::exitCode;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
         return badInput;

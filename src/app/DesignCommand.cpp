@@ -1,47 +1,22 @@
 #include "app/DesignCommand.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <vector>
 
+#include "app/AudioCommands.h"
+#include "app/HtmlReport.h"
 #include "app/JsonReport.h"
+#include "app/OutputFiles.h"
 #include "app/PlotCommand.h"
 #include "files/FileAccess.h"
 #include "files/FilterFile.h"
 #include "files/InputError.h"
-#include "files/RateRange.h"
-#include "files/ResponseFile.h"
 #include "transform/FftTables.h"
-#include "tuning/DesignReport.h"
-#include "tuning/TuningRun.h"
 
 namespace tonvane {
 
-namespace fs = std::filesystem;
-
 namespace {
-
-// Whether a file's first bytes are those of a text.
-bool looksLikeText(const std::string& path) {
-    const auto start = ReadBinaryFile(path, 512);
-    if (!start) {
-        throw InputError(path, "cannot be opened");
-    }
-    if (start->empty()) {
-        throw InputError(path, "the file is empty; expected a speaker response or a table");
-    }
-    return std::ranges::none_of(*start, [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return byte < 0x20 && c != '\n' && c != '\r' && c != '\t' && c != '\f';
-    });
-}
-
-void setRate(int32_t rate, ProgramValues& values) {
-    values.InputSampleRate = rate;
-    values.FilterSampleRate = rate;
-}
 
 void readTarget(const DesignOptions& options, ProgramValues& values) {
     values.InitialGainClamp = DesignOptions::usualGainClamp;
@@ -68,48 +43,64 @@ RegisterAddressConfig readAddresses(const DesignOptions& options) {
     return config;
 }
 
-void takeImpulseFile(const DesignOptions& options, ProgramValues& values, TuningRun& run) {
-    const SpeakerResponse response = ReadCheckedResponseFile(options.response);
-    if (options.rate.value_or(response.rate) != response.rate) {
-        throw InputError(options.response, "the file's sample rate is " +
-                                               std::to_string(response.rate) + " Hz, not the " +
-                                               std::to_string(*options.rate) + " Hz asked for");
-    }
-    setRate(response.rate, values);
-    values.ResponseIsCsv = false;
-    run.InitTuningState();
-    run.takeImpulse(response.rate, response.samples);
-}
-
-void takeTableFile(const DesignOptions& options, ProgramValues& values, TuningRun& run) {
-    ReadCheckedCsvRows(options.response, run.csvTable);
-    setRate(options.rate.value_or(values.InputSampleRate), values);
-    values.ResponseIsCsv = true;
-    run.InitTuningState();
-    SortCsvRows(run.csvTable);
-    EndTableAtHalfRate(run.csvTable, values.InputSampleRate);
-    run.takeCsvTable();
-}
-
-bool isSameFile(const std::string& a, const std::string& b) {
-    std::error_code ignored;
-    return fs::weakly_canonical(a, ignored) == fs::weakly_canonical(b, ignored) ||
-           fs::equivalent(a, b, ignored);
-}
-
-// All files or none.
-void writeFiles(const DesignOptions& options, const std::string& filters,
-                const FinishedDesign& design) {
-    std::vector<NewContents> files{{options.output, filters}};
+// All that the command writes besides the filter file.
+std::vector<std::string> outputsOf(const DesignOptions& options) {
+    std::vector<std::string> outputs{options.output};
+    outputs.reserve(options.exports.size() + 3);
     if (options.report) {
-        files.push_back({*options.report, FormatJsonReport(design.report)});
+        outputs.push_back(*options.report);
     }
     if (options.plot) {
-        files.push_back({options.plot->output, PlotBytes(*options.plot, options.response, design)});
+        outputs.push_back(options.plot->output);
     }
-    if (const auto failure = ReplaceFiles(files)) {
-        throw InputError(failure->path, "cannot be written: " + failure->reason);
+    for (const Export& wanted : options.exports) {
+        outputs.push_back(wanted.path);
     }
+    return outputs;
+}
+
+std::string formatReport(const DesignOptions& options, const FinishedDesign& design) {
+    const std::string extension = LowerCaseExtension(*options.report);
+    if (extension != ".html" && extension != ".htm") {
+        return FormatJsonReport(design.report);
+    }
+    return HtmlReport(design.report, {design.source, options.target.value_or(""), options.output},
+                      PlotElement(options.plot.value_or(PlotOptions{}), design));
+}
+
+// The files in the order of outputsOf.
+std::vector<NewContents> contentsOf(const DesignOptions& options, const std::string& filters,
+                                    const FinishedDesign& design) {
+    std::vector<NewContents> files{{options.output, filters}};
+    files.reserve(options.exports.size() + 3);
+    if (options.report) {
+        files.push_back({*options.report, formatReport(options, design)});
+    }
+    if (options.plot) {
+        files.push_back({options.plot->output, PlotBytes(*options.plot, design)});
+    }
+    const IirFitter& fitter = design.run->iirFitter;
+    const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
+                              fitter.taps.first(fitter.tapCount)};
+    for (const Export& wanted : options.exports) {
+        files.push_back({wanted.path, FormatExport(wanted, source)});
+    }
+    return files;
+}
+
+void takeResponse(const DesignOptions& options, FinishedDesign& design) {
+    if (options.measure) {
+        const MeasurementReport report =
+            MeasureInto(*design.run, design.values, options.device, options.rate);
+        for (const std::string& warning : report.warnings) {
+            std::printf("Warning: %s\n", warning.c_str());
+        }
+        design.source = "the measurement on " + report.device;
+        return;
+    }
+    design.source = options.response;
+    StartWithResponse(options.input(), ReadResponse(options.input(), design.notes), design.notes,
+                      design.values, *design.run);
 }
 
 void programAmplifier(const DesignReport& report, TuningRun& run) {
@@ -124,76 +115,44 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 
 }  // namespace
 
-// An output that is also an input or another output would be lost.
-void ExpectDistinctFiles(const DesignOptions& options) {
-    std::vector<std::string> others{options.response, options.target.value_or(""),
-                                    options.addresses.value_or("")};
-    const auto expectOther = [&](const std::string& output) {
-        std::error_code ignored;
-        const bool special = fs::exists(output, ignored) && !fs::is_regular_file(output, ignored);
-        const bool used = std::ranges::any_of(others, [&](const std::string& other) {
-            return !other.empty() && isSameFile(output, other);
-        });
-        if (used && !special) {
-            throw InputError(output, "would overwrite another file of this design");
-        }
-    };
-    const std::optional<std::string> picture =
-        options.plot ? std::optional(options.plot->output) : std::nullopt;
-    for (const auto& output : {std::optional(options.output), options.report, picture}) {
-        if (output && !output->empty()) {
-            expectOther(*output);
-            others.push_back(*output);
-        }
-    }
-}
-
 std::unique_ptr<FinishedDesign> DesignResponse(const DesignOptions& options) {
-    if (options.rate && !IsUsableRate(*options.rate)) {
-        throw InputError("--rate", "expected " + std::string(usableRates));
-    }
     auto design = std::make_unique<FinishedDesign>();
-    ProgramValues& values = design->values;
-    readTarget(options, values);
+    design->notes = InputNotes(options.strict);
+    readTarget(options, design->values);
     InitFftTables(responseLength);
-    design->run = std::make_unique<TuningRun>(values, design->messages, nullptr, options.link.port,
-                                              MakeTransport(options.link));
-    if (looksLikeText(options.response)) {
-        takeTableFile(options, values, *design->run);
-    } else {
-        takeImpulseFile(options, values, *design->run);
-    }
+    design->run = std::make_unique<TuningRun>(design->values, design->messages, nullptr,
+                                              options.link.port, MakeTransport(options.link));
+    takeResponse(options, *design);
     design->run->responseReady = true;
     design->run->RunDesign();
 
-    design->report = MakeDesignReport(*design->run, values);
+    design->report = MakeDesignReport(*design->run, design->values);
     if (!design->report.isFinite) {
-        throw InputError(options.response, "no filter can be designed for this response");
+        throw InputError(design->source, "no filter can be designed for this response");
     }
     return design;
 }
 
 void RunDesignCommand(const DesignOptions& options) {
-    ExpectDistinctFiles(options);
+    const std::vector<std::string> outputs = outputsOf(options);
+    ExpectDistinctFiles(
+        outputs, {options.response, options.target.value_or(""), options.addresses.value_or("")});
     if (options.plot) {
         CheckPlotOptions(*options.plot);
     }
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto design = DesignResponse(options);
-    const DesignReport& report = design->report;
-    TuningRun& run = *design->run;
-    writeFiles(options, FormatFilterFile(run.iirFitter.coefficientWords, addresses), *design);
+    const std::string filters =
+        FormatFilterFile(design->run->iirFitter.coefficientWords, addresses);
+    WriteOutputs(contentsOf(options, filters, *design));
 
-    std::printf("Filter for %s\n%s", options.response.c_str(), SummaryText(report).c_str());
-    std::printf("Wrote %s\n", options.output.c_str());
-    if (options.report) {
-        std::printf("Wrote %s\n", options.report->c_str());
-    }
-    if (options.plot) {
-        std::printf("Wrote %s\n", options.plot->output.c_str());
+    PrintNotes(design->notes);
+    std::printf("Filter for %s\n%s", design->source.c_str(), SummaryText(design->report).c_str());
+    for (const std::string& output : outputs) {
+        std::printf("Wrote %s\n", output.c_str());
     }
     if (options.program) {
-        programAmplifier(report, run);
+        programAmplifier(design->report, *design->run);
     }
 }
 

@@ -4,6 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "amplifier/BiquadWords.h"
+#include "files/SectionText.h"
+
 namespace tonvane {
 
 namespace {
@@ -16,14 +19,18 @@ std::string wordText(int32_t word) {
     return text;
 }
 
-Json sectionJson(const DesignReport::Section& section) {
-    Json words = Json::array();
-    for (const int32_t word : section.words) {
-        words.push_back(wordText(word));
+Json wordsJson(std::span<const int32_t> words) {
+    Json texts = Json::array();
+    for (const int32_t word : words) {
+        texts.push_back(wordText(word));
     }
+    return texts;
+}
+
+Json sectionJson(const DesignReport::Section& section) {
     return {{"b", {section.b0, section.b1, section.b2}},
             {"a", {1.0, section.a1, section.a2}},
-            {"words", words}};
+            {"words", wordsJson(section.words)}};
 }
 
 }  // namespace
@@ -47,7 +54,14 @@ std::string FormatJsonReport(const DesignReport& report) {
                    {"rmsDb", report.fitRmsDb},
                    {"largestDb", report.fitLargestDb},
                    {"largestHz", report.fitLargestHz}};
+    json["quantisation"] = {{"rmsDb", report.quantisationRmsDb},
+                            {"largestDb", report.quantisationLargestDb},
+                            {"largestHz", report.quantisationLargestHz}};
+    json["highestGain"] = {{"db", report.highestGain.db},
+                           {"hz", report.highestGain.hertz},
+                           {"points", report.highestGain.points}};
     json["largestPoleRadius"] = report.largestPoleRadius;
+    json["poleRadii"] = report.poleRadii;
     json["wrappedCoefficients"] = report.wrappedCoefficients;
     json["sections"] = Json::array();
     for (const auto& section : report.sections) {
@@ -59,6 +73,21 @@ std::string FormatJsonReport(const DesignReport& report) {
                       {"firDb", report.curves.fir},
                       {"filterDb", report.curves.filter}};
     json["warnings"] = report.warnings;
+    return json.dump(1) + "\n";
+}
+
+std::string FormatJsonSections(std::span<const int32_t> words, std::optional<int32_t> sampleRate) {
+    Json json;
+    if (sampleRate) {
+        json["sampleRateHz"] = *sampleRate;
+    }
+    json["sections"] = Json::array();
+    for (const auto& [b0, b1, b2, a1, a2] : DecodeSections(words)) {
+        const size_t at = json["sections"].size() * wordsPerBiquad;
+        json["sections"].push_back({{"b", {b0, b1, b2}},
+                                    {"a", {1.0, a1, a2}},
+                                    {"words", wordsJson(words.subspan(at, wordsPerBiquad))}});
+    }
     return json.dump(1) + "\n";
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "app/ConvertArguments.h"
 #include "app/PlotCommand.h"
 
 namespace tonvane {
@@ -30,14 +31,13 @@ void addLooks(CLI::App& command, PlotOptions& plot) {
 
 }  // namespace
 
-void AddResponseOptions(CLI::App& command, DesignOptions& options) {
-    command
-        .add_option("response", options.response,
-                    "Speaker response: .qsr, or a .csv table of frequency,level")
-        ->required();
+void AddResponseOptions(CLI::App& command, CLI::App& source, DesignOptions& options) {
+    source.add_option("response", options.response,
+                      "Speaker response: .qsr, a table of frequencies and levels, or a wave file");
     command.add_option(
         "--rate", options.rate,
-        "Sample rate in Hz, 8000 to 192000; a .qsr brings its own (48000 for a table)");
+        "Sample rate in Hz, 8000 to 192000, of a table (48000 if not given) or of raw samples");
+    AddInputOptions(command, options.channel, options.strict);
     command.add_option("--target", options.target, "Target file; without one the target is flat");
     command
         .add_option("--gain-clamp", options.gainClamp,
@@ -48,8 +48,12 @@ void AddResponseOptions(CLI::App& command, DesignOptions& options) {
 
 void AddDesignPlot(CLI::App& command, DesignOptions& options) {
     const auto plot = std::make_shared<PlotOptions>();
-    command.add_option("--plot", plot->output, "Picture of the design: .png, .svg or .pdf");
+    CLI::Option* output =
+        command.add_option("--plot", plot->output, "Picture of the design: .png, .svg or .pdf");
     addLooks(command, *plot);
+    for (const char* look : {"--show", "--size", "--scale", "--caption"}) {
+        command.get_option(look)->needs(output);
+    }
     command.parse_complete_callback([&options, plot] {
         if (!plot->output.empty()) {
             options.plot = *plot;
@@ -64,7 +68,9 @@ void AddPlotCommand(CLI::App& app, std::function<void()>& run) {
     };
     const auto arguments = std::make_shared<Arguments>();
     CLI::App* plot = app.add_subcommand("plot", "Draw a loudspeaker's response and its filter");
-    AddResponseOptions(*plot, arguments->design);
+    auto* source = plot->add_option_group("source");
+    source->require_option(1);
+    AddResponseOptions(*plot, *source, arguments->design);
     plot->add_option("-o,--output", arguments->plot.output, "Picture: .png, .svg or .pdf")
         ->required();
     addLooks(*plot, arguments->plot);

@@ -9,8 +9,9 @@
 
 namespace tonvane {
 
-// The response and what it is designed for: the response itself, --rate, --target, --gain-clamp.
-void AddResponseOptions(CLI::App& command, DesignOptions& options);
+// The response, in the group of what a response can come from, and what it is designed for: --rate,
+// --channel, --strict, --target, --gain-clamp.
+void AddResponseOptions(CLI::App& command, CLI::App& source, DesignOptions& options);
 
 // --plot for the design command, with --show, --size, --scale and --caption.
 void AddDesignPlot(CLI::App& command, DesignOptions& options);

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "app/OutputFiles.h"
 #include "files/FileAccess.h"
 #include "files/InputError.h"
 #include "files/TextScanner.h"
@@ -21,10 +22,7 @@ constexpr const char* allCurves = "all";
 enum class PictureKind { png, svg, pdf };
 
 PictureKind kindOf(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    std::ranges::transform(extension, extension.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    const std::string extension = LowerCaseExtension(path);
     if (extension == ".png") {
         return PictureKind::png;
     }
@@ -48,15 +46,16 @@ ShownCurves curvesOf(const std::vector<std::string>& names) {
         });
         shown.*style.state = isNamed ? 1 : 0;
     }
-    for (const std::string& name : names) {
-        if (name != allCurves &&
-            std::ranges::find(curveStyles, name, &CurveStyle::name) == curveStyles.end()) {
-            std::string known = allCurves;
-            for (const CurveStyle& style : curveStyles) {
-                known += std::string(", ") + style.name;
-            }
-            throw InputError("--show", "there is no curve " + name + "; expected " + known);
+    const auto unknown = std::ranges::find_if(names, [](const std::string& name) {
+        return name != allCurves &&
+               std::ranges::find(curveStyles, name, &CurveStyle::name) == curveStyles.end();
+    });
+    if (unknown != names.end()) {
+        std::string complaint = "there is no curve " + *unknown + "; expected " + allCurves;
+        for (const CurveStyle& style : curveStyles) {
+            complaint.append(", ").append(style.name);
         }
+        throw InputError("--show", complaint);
     }
     return shown;
 }
@@ -94,6 +93,12 @@ std::string captionOf(const std::string& response, const DesignReport& report) {
     return std::filesystem::path(response).filename().string() + text;
 }
 
+PlotPicture captionedPicture(const PlotOptions& options, const FinishedDesign& design) {
+    PlotPicture picture = pictureOf(options);
+    picture.caption = options.caption.value_or(captionOf(design.source, design.report));
+    return picture;
+}
+
 }  // namespace
 
 void CheckPlotOptions(const PlotOptions& options) {
@@ -101,10 +106,8 @@ void CheckPlotOptions(const PlotOptions& options) {
     pictureOf(options);
 }
 
-std::string PlotBytes(const PlotOptions& options, const std::string& response,
-                      const FinishedDesign& design) {
-    PlotPicture picture = pictureOf(options);
-    picture.caption = options.caption.value_or(captionOf(response, design.report));
+std::string PlotBytes(const PlotOptions& options, const FinishedDesign& design) {
+    const PlotPicture picture = captionedPicture(options, design);
     try {
         switch (kindOf(options.output)) {
             case PictureKind::png:
@@ -121,16 +124,18 @@ std::string PlotBytes(const PlotOptions& options, const std::string& response,
     }
 }
 
+std::string PlotElement(const PlotOptions& options, const FinishedDesign& design) {
+    const std::string file = PlotSvg(*design.run, design.values, captionedPicture(options, design));
+    return file.substr(file.find("<svg"));
+}
+
 void RunPlotCommand(const DesignOptions& design, const PlotOptions& plot) {
-    DesignOptions options = design;
-    options.plot = plot;
-    ExpectDistinctFiles(options);
+    ExpectDistinctFiles({plot.output}, {design.response, design.target.value_or("")});
     CheckPlotOptions(plot);
-    const auto finished = DesignResponse(options);
-    const std::string bytes = PlotBytes(plot, options.response, *finished);
-    if (const auto reason = ReplaceFile(plot.output, bytes)) {
-        throw InputError(plot.output, "cannot be written: " + *reason);
-    }
+    const auto finished = DesignResponse(design);
+    const NewContents picture{plot.output, PlotBytes(plot, *finished)};
+    WriteOutputs({&picture, 1});
+    PrintNotes(finished->notes);
     std::printf("Wrote %s\n", plot.output.c_str());
     for (const std::string& warning : finished->report.warnings) {
         std::fprintf(stderr, "Warning: %s\n", warning.c_str());

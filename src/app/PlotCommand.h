@@ -11,10 +11,12 @@ namespace tonvane {
 // Throws InputError for an unknown kind of picture, a size or a curve that there is not.
 void CheckPlotOptions(const PlotOptions& options);
 
-// The bytes of the picture file. `response` is the path of the response, for the caption. Throws
-// InputError like the check, and for a picture too small for what is in it.
-std::string PlotBytes(const PlotOptions& options, const std::string& response,
-                      const FinishedDesign& design);
+// The bytes of the picture file. Throws InputError like the check, and for a picture too small for
+// what is in it.
+std::string PlotBytes(const PlotOptions& options, const FinishedDesign& design);
+
+// The same picture as an <svg> element for a page; `output` is not looked at.
+std::string PlotElement(const PlotOptions& options, const FinishedDesign& design);
 
 // Designs for design.response and writes the picture; of `design` only what concerns the response,
 // the target and the gain clamp is looked at. Throws InputError for input that cannot be used or

@@ -6,19 +6,11 @@
 
 #include "elementary/Elementary.h"
 #include "files/FileAccess.h"
-#include "files/InputError.h"
 #include "files/TextScanner.h"
 
 namespace tonvane {
 
 namespace {
-
-constexpr const char* rowForm = "expected a row \"frequency,level\"";
-
-struct CsvRow {
-    double hertz;
-    double decibels;
-};
 
 // Fills magnitudes begin .. end - 1, as far as they exist.
 void fill(std::span<double> magnitudes, int32_t begin, int32_t end, double decibels) {
@@ -72,50 +64,6 @@ bool ReadCsvRows(const std::string& path, CsvTable& table) {
         scanner.skipSpace();
     }
     return table.count > 0;
-}
-
-void ReadCheckedCsvRows(const std::string& path, CsvTable& table) {
-    const auto text = ReadTextFile(path);
-    if (!text) {
-        throw InputError(path, "cannot be opened");
-    }
-    std::string_view body = *text;
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (body.starts_with(byteOrderMark)) {
-        body.remove_prefix(byteOrderMark.size());
-    }
-    table.allocate();
-    table.count = 0;
-    TextScanner scanner(body);
-    for (int line = 1; !scanner.atEnd(); ++line) {
-        TextScanner row(scanner.restOfLine());
-        row.skipSpace();
-        if (row.atEnd()) {
-            continue;
-        }
-        const auto hertz = row.real();
-        row.skipBlanks();
-        const bool comma = row.literal(',');
-        const auto decibels = comma ? row.real() : std::nullopt;
-        row.skipSpace();
-        if (!hertz || !decibels || !row.atEnd()) {
-            throw InputError(path, line, rowForm);
-        }
-        const CsvRow values{hertz.value_or(0.0), decibels.value_or(0.0)};
-        if (!(values.hertz >= 0.0 && values.hertz <= 1e9)) {
-            throw InputError(path, line, "expected a frequency between 0 Hz and 1 GHz");
-        }
-        if (!(std::fabs(values.decibels) <= 400.0)) {
-            throw InputError(path, line, "expected a level between -400 and 400 dB");
-        }
-        if (!table.add(values.hertz, values.decibels)) {
-            throw InputError(path, line,
-                             "expected at most " + std::to_string(CsvTable::maximumRows) + " rows");
-        }
-    }
-    if (table.count == 0) {
-        throw InputError(path, std::string("no rows; ") + rowForm);
-    }
 }
 
 void SortCsvRows(CsvTable& table) {

@@ -32,11 +32,6 @@ struct CsvTable {
 // or no row could be read; the table then has no rows.
 bool ReadCsvRows(const std::string& path, CsvTable& table);
 
-// The same for a person: blank lines are passed over and blanks around the numbers are taken;
-// throws InputError with the line for anything else, for numbers that are not finite, for negative
-// frequencies, for a table without rows or with too many.
-void ReadCheckedCsvRows(const std::string& path, CsvTable& table);
-
 // Rising frequencies; rows of equal frequency keep their order.
 void SortCsvRows(CsvTable& table);
 

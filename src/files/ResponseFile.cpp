@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstring>
 
 #include "files/FileAccess.h"
+#include "files/ImpulseResponse.h"
 #include "files/InputError.h"
-#include "files/RateRange.h"
 
 namespace tonvane {
 
@@ -80,22 +79,7 @@ SpeakerResponse ReadCheckedResponseFile(const std::string& path) {
     decode(std::string_view(*bytes), std::span(&response.rate, 1));
     decode(std::string_view(*bytes).substr(sizeof(int32_t)), std::span(response.samples));
 
-    if (!IsUsableRate(response.rate)) {
-        throw InputError(path, "the file's sample rate is " + std::to_string(response.rate) +
-                                   " Hz, expected " + usableRates);
-    }
-    const auto bad = std::ranges::find_if_not(response.samples, [](double sample) {
-        return std::isfinite(sample) && std::fabs(sample) < 1e100;
-    });
-    if (bad != response.samples.end()) {
-        throw InputError(path, "sample " + std::to_string(bad - response.samples.begin()) +
-                                   " is not a usable number");
-    }
-    const bool silent = std::ranges::all_of(
-        response.samples, [](double sample) { return std::fabs(sample) < 1e-100; });
-    if (silent) {
-        throw InputError(path, "the response is silence");
-    }
+    CheckSpeakerResponse(path, response);
     return response;
 }
 

@@ -20,6 +20,9 @@ constexpr size_t responseFileBytes =
 // rate and the samples behind its end stay as they were. `samples` has 32768 elements.
 bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> samples);
 
+// The bytes of a speaker response file with these 32768 samples.
+std::string FormatResponseFile(int32_t rate, std::span<const double> samples);
+
 // False if the file cannot be written; an existing one is then as it was.
 bool WriteResponseFile(const std::string& path, int32_t rate, std::span<const double> samples);
 

@@ -6,19 +6,13 @@
 #include <utility>
 
 #include "graph/CairoSurface.h"
+#include "graph/DrawingList.h"
 
 namespace tonvane {
 
 namespace {
 
 constexpr const char* fontFamily = "sans-serif";
-
-// A vector image: what is drawn is kept as it is and drawn again where the image is copied to.
-CairoSurfacePointer makeRecording(int32_t width, int32_t height) {
-    const cairo_rectangle_t extents{0.0, 0.0, static_cast<double>(width),
-                                    static_cast<double>(height)};
-    return CairoSurfacePointer(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
-}
 
 int32_t bytesOf(int32_t pixels) {
     return pixels * static_cast<int32_t>(sizeof(uint32_t));
@@ -141,8 +135,7 @@ std::unique_ptr<Canvas> CairoCanvas::makeImage(int32_t width, int32_t height) co
         return std::make_unique<CairoCanvas>(width, height, surface_->fontSize,
                                              surface_->resolution);
     }
-    return std::unique_ptr<Canvas>(new CairoCanvas(std::make_unique<Surface>(
-        makeRecording(width, height), width, height, surface_->fontSize, 1.0)));
+    return std::make_unique<DrawingList>(width, height);
 }
 
 void CairoCanvas::setOrigin(Point fromUpperLeft) {
@@ -260,17 +253,19 @@ void CairoCanvas::endClip() {
 }
 
 void CairoCanvas::copyImage(const Canvas& image) {
-    const Surface& from = *dynamic_cast<const CairoCanvas&>(image).surface_;
-    const Surface& to = *surface_;
-    if (to.rows && from.rows) {
-        const int32_t width = std::min(from.rows->width, to.rows->width);
-        for (int32_t y = 0; y < std::min(from.rows->height, to.rows->height); ++y) {
-            std::copy_n(from.rows->row(y), width, to.rows->row(y));
-        }
+    if (!surface_->rows) {
+        const Point origin = surface_->origin;
+        dynamic_cast<const DrawingList&>(image).drawOn(*this);
+        setOrigin(origin);
+        endClip();
         return;
     }
-    cairo_set_source_surface(to.context.get(), from.surface.get(), 0.0, 0.0);
-    cairo_paint(to.context.get());
+    const PixelRows& from = *dynamic_cast<const CairoCanvas&>(image).surface_->rows;
+    const PixelRows& to = *surface_->rows;
+    const int32_t width = std::min(from.width, to.width);
+    for (int32_t y = 0; y < std::min(from.height, to.height); ++y) {
+        std::copy_n(from.row(y), width, to.row(y));
+    }
 }
 
 double CairoCanvas::textWidth(std::string_view text) const {

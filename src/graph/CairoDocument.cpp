@@ -1,7 +1,5 @@
-#include <algorithm>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
@@ -28,26 +26,14 @@ CairoSurfacePointer makePage(const DocumentFormat& format, std::string& bytes) {
     return page;
 }
 
-// Cairo numbers its surfaces through the whole process; here they count from 1 in each document.
-std::string renumbered(const std::string& svg) {
-    constexpr std::string_view name = "surface";
-    std::vector<std::string_view> seen;
-    std::string result;
-    result.reserve(svg.size());
-    size_t done = 0;
-    for (size_t at = svg.find(name); at != std::string::npos; at = svg.find(name, done)) {
-        const size_t digits = at + name.size();
-        const size_t end = std::min(svg.find_first_not_of("0123456789", digits), svg.size());
-        const auto number = std::string_view(svg).substr(digits, end - digits);
-        const auto known = std::ranges::find(seen, number) - seen.begin();
-        if (known == std::ssize(seen)) {
-            seen.push_back(number);
-        }
-        result.append(svg, done, digits - done);
-        result += std::to_string(known + 1);
-        done = end;
+// Cairo numbers its surfaces through the whole process and gives the page's group that name.
+void dropNumber(std::string& svg) {
+    constexpr std::string_view name = " id=\"surface";
+    const size_t at = svg.find(name);
+    const size_t end = at == std::string::npos ? at : svg.find('"', at + name.size());
+    if (end != std::string::npos) {
+        svg.erase(at, end + 1 - at);
     }
-    return result.append(svg, done);
 }
 
 // How many bytes a UTF-8 sequence with this first byte has; 0 for none.
@@ -91,7 +77,10 @@ std::string DrawDocument(DocumentFormat format, const std::function<void(CairoCa
     ExpectDrawn(cairo_status(canvas.surface_->context.get()));
     cairo_surface_finish(handle);
     ExpectDrawn(cairo_surface_status(handle));
-    return format.kind == DocumentKind::svg ? renumbered(bytes) : bytes;
+    if (format.kind == DocumentKind::svg) {
+        dropNumber(bytes);
+    }
+    return bytes;
 }
 
 std::string ValidUtf8(std::string_view text) {

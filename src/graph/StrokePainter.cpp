@@ -8,6 +8,7 @@ namespace tonvane {
 namespace {
 
 constexpr double fullCoverage = 255.0;
+constexpr double halfStep = 0.5;  // of a coverage, rounded to the nearest by truncation
 
 Rectangle intersect(const Rectangle& a, const Rectangle& b) {
     return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
@@ -157,7 +158,7 @@ void StrokePainter::cover(const Line& line, double halfWidth, const Rectangle& c
             const double dv = v - along * dy;
             const double across = std::sqrt(du * du + dv * dv);
             const double covered = std::clamp(reach - across, 0.0, 1.0);
-            row[x] = std::max(row[x], static_cast<uint8_t>(covered * fullCoverage + 0.5));
+            row[x] = std::max(row[x], static_cast<uint8_t>(covered * fullCoverage + halfStep));
         }
         if (left < right) {
             include(y, left, right);

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <numbers>
 
 #include "amplifier/BiquadWords.h"
 #include "amplifier/FixedPoint.h"
 #include "design/CascadeResponse.h"
+#include "design/LogResponse.h"
 #include "design/TargetShaping.h"
 #include "elementary/Elementary.h"
 
@@ -98,6 +100,40 @@ void compareFit(DesignReport& report) {
     report.isFinite = report.isFinite && std::isfinite(report.fitRmsDb);
 }
 
+// The designed sections before their rounding to words, dB.
+std::vector<double> designedResponseDb(const DesignReport& report) {
+    const std::vector<double>& frequencies = report.curves.frequency;
+    std::vector<double> angles(frequencies.size());
+    std::ranges::transform(frequencies, angles.begin(), [&](double hertz) {
+        return -2.0 * std::numbers::pi * hertz / report.sampleRate;
+    });
+    std::vector<double> total(frequencies.size(), 0.0);
+    std::vector<double> response(frequencies.size());
+    for (const DesignReport::Section& section : report.sections) {
+        const std::array b{section.b0, section.b1, section.b2};
+        const std::array a{1.0, section.a1, section.a2};
+        logResponse(b, a, angles, response);
+        for (size_t i = 0; i < total.size(); ++i) {
+            total[i] += 20.0 * response[i];
+        }
+    }
+    return total;
+}
+
+void compareWords(DesignReport& report) {
+    const std::vector<double> designed = designedResponseDb(report);
+    double squares = 0.0;
+    for (size_t i = 0; i < designed.size(); ++i) {
+        const double difference = report.curves.filter[i] - designed[i];
+        squares += difference * difference;
+        if (std::fabs(difference) > report.quantisationLargestDb) {
+            report.quantisationLargestDb = std::fabs(difference);
+            report.quantisationLargestHz = report.curves.frequency[i];
+        }
+    }
+    report.quantisationRmsDb = std::sqrt(squares / static_cast<double>(designed.size()));
+}
+
 // The standard deviation of the response, through the filter if `equalized`, from the target over
 // the points of the grid inside the pass-band.
 double deviationDb(const DesignReport::Curves& curves, const TargetRecord& target, bool equalized) {
@@ -182,10 +218,13 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     report.fitDistance = run.iirFitter.bestDistance;
     report.fitPass = run.iirFitter.bestPass + 1;
     report.largestPoleRadius = LargestPoleRadius(run.iirFitter.coefficientWords);
+    report.poleRadii = PoleRadii(run.iirFitter.coefficientWords);
+    report.highestGain = HighestGainOf(run.iirFitter.coefficientWords, run.designRate);
     report.isFinite = report.fitPass > 0;
     addSections(run.iirFitter, report);
     addCurves(run, values, report);
     compareFit(report);
+    compareWords(report);
     const TargetRecord& target = run.curves[run.currentCurve];
     report.deviationBeforeDb = deviationDb(report.curves, target, false);
     report.deviationAfterDb = deviationDb(report.curves, target, true);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tuning/FilterFigures.h"
 #include "tuning/TuningRun.h"
 
 namespace tonvane {
@@ -23,12 +24,18 @@ struct DesignReport {
     // level: as measured, and through the filter.
     double deviationBeforeDb = 0.0;
     double deviationAfterDb = 0.0;
-    double fitDistance = 0.0;         // of the kept pass: squared decimal logs over the grid
-    int32_t fitPass = 0;              // the kept pass, 1 to 50; 0 when none gave a number
-    double fitRmsDb = 0.0;            // words against FIR over the grid
-    double fitLargestDb = 0.0;        // the largest difference
-    double fitLargestHz = 0.0;        // where it lies
+    double fitDistance = 0.0;   // of the kept pass: squared decimal logs over the grid
+    int32_t fitPass = 0;        // the kept pass, 1 to 50; 0 when none gave a number
+    double fitRmsDb = 0.0;      // words against FIR over the grid
+    double fitLargestDb = 0.0;  // the largest difference
+    double fitLargestHz = 0.0;  // where it lies
+    // What the rounding to words does to the designed sections' response, over the grid.
+    double quantisationRmsDb = 0.0;
+    double quantisationLargestDb = 0.0;
+    double quantisationLargestHz = 0.0;
+    HighestGain highestGain;          // of the words, without the level drop of the gain clamp
     double largestPoleRadius = 0.0;   // of the words
+    std::vector<double> poleRadii;    // of each section's words
     int32_t wrappedCoefficients = 0;  // beyond the 3.23 range
 
     struct Section {

@@ -27,6 +27,7 @@ constexpr int32_t textToSample = 22;
 constexpr int32_t axisNameLeft = 14;
 
 constexpr size_t mostCaptionLines = 3;
+constexpr const char* ellipsis = "\u2026";
 constexpr Color textColor = 0x303030;
 constexpr int32_t resolution = 4;  // strokes are placed by quarters of a pixel
 
@@ -130,32 +131,39 @@ class Layout {
         std::vector<std::string> lines;
         std::string rest = ValidUtf8(picture_.caption);
         while (!rest.empty() && lines.size() < mostCaptionLines) {
-            size_t end = rest.size();
-            while (end > 0 && textWidth(rest.substr(0, end)) > room) {
-                end = rest.rfind(' ', end - 1);
-                end = end == std::string::npos ? 0 : end;
-            }
-            if (end == 0 || (end < rest.size() && lines.size() + 1 == mostCaptionLines)) {
-                lines.push_back(shortened(rest, room));
+            if (textWidth(rest) <= room) {
+                lines.push_back(rest);
                 return lines;
             }
-            lines.push_back(rest.substr(0, end));
-            rest.erase(0, end == rest.size() ? end : end + 1);
+            const size_t blank = rest.rfind(' ', fitting(rest, "", room));
+            if (blank == std::string::npos || lines.size() + 1 == mostCaptionLines) {
+                lines.push_back(rest.substr(0, fitting(rest, ellipsis, room)) + ellipsis);
+                return lines;
+            }
+            lines.push_back(rest.substr(0, blank));
+            rest.erase(0, blank + 1);
         }
         return lines;
     }
 
-    [[nodiscard]] std::string shortened(std::string words, int32_t room) const {
-        constexpr const char* ellipsis = "\u2026";
-        while (!words.empty() && textWidth(words + ellipsis) > room) {
-            // A whole sequence goes, not a byte of one.
-            while (words.size() > 1 &&
-                   (static_cast<unsigned char>(words.back()) & 0xC0U) == 0x80U) {
-                words.pop_back();
+    // How many bytes of the words fit into the room together with an ending; no sequence is cut.
+    [[nodiscard]] size_t fitting(const std::string& words, const char* ending, int32_t room) const {
+        const auto whole = [&](size_t end) {
+            while (end > 0 && end < words.size() &&
+                   (static_cast<unsigned char>(words[end]) & 0xC0U) == 0x80U) {
+                --end;
             }
-            words.pop_back();
+            return end;
+        };
+        size_t low = 0;
+        size_t high = words.size();
+        while (low < high) {
+            const size_t middle = (low + high + 1) / 2;
+            const bool fits = textWidth(words.substr(0, whole(middle)) + ending) <= room;
+            low = fits ? middle : low;
+            high = fits ? high : middle - 1;
         }
-        return words + ellipsis;
+        return whole(low);
     }
 
     CairoCanvas& canvas_;

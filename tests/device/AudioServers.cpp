@@ -65,6 +65,10 @@ void ServerProcess::End() {
     }
 }
 
+void ServerProcess::Freeze(bool frozen) {
+    kill(process_, frozen ? SIGSTOP : SIGCONT);
+}
+
 std::string ServerProcess::log() const {
     std::ostringstream text;
     text << std::ifstream(folder_ + "/log").rdbuf();

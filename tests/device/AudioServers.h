@@ -38,6 +38,9 @@ class ServerProcess {
 
     void End();
 
+    // Halts the process where it is, or lets it go on.
+    void Freeze(bool frozen);
+
     [[nodiscard]] const std::string& folder() const { return folder_; }
     [[nodiscard]] std::string log() const;
 

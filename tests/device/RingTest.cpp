@@ -7,7 +7,6 @@
 
 #include "device/SampleRing.h"
 #include "device/UnitRing.h"
-#include "support/Allocations.h"
 
 namespace tonvane {
 namespace {
@@ -194,23 +193,6 @@ TEST(SampleRing, ItTakesMoreThanItHoldsOrCloseLeavesAWorkerWaiting) {
     worker.join();
     EXPECT_THAT(got, testing::ElementsAre(0, 1, 2, 3, 4, 0, 1, 2, -1));
     EXPECT_EQ(ring.Write(got.data(), 1), 0);
-}
-
-TEST(Rings, TheDeviceThreadAllocates) {
-    UnitRing play(UnitRing::Direction::play);
-    SampleRing ring;
-    ASSERT_TRUE(play.Open(stereo16, 48000, depth));
-    ring.Open(1, depth, 1);
-    const Frames frames(depth);
-    play.Write(frames.data(), depth);
-    const int64_t before = tests::AllocationCount();
-    for (int32_t i = 0; i < play.unitCount(); ++i) {
-        ASSERT_FALSE(play.DeviceUnit().empty());
-        play.Complete();
-        ring.Put(unit, [](int32_t, int32_t* to, int32_t, int32_t) { *to = 0; });
-        ring.Take(unit, [](int32_t, const int32_t*, int32_t, int32_t) {});
-    }
-    EXPECT_EQ(tests::AllocationCount(), before);
 }
 
 }  // namespace

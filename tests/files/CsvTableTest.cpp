@@ -140,28 +140,5 @@ TEST(CsvTableEnd, StandsAtHalfTheRateWithTheLevelsAtTheirFrequencies) {
     expectRuns(table, 48000.0 / 32768.0, {{std::ceil(1000.0 * 32768 / 48000), 0}, {32768, -6}});
 }
 
-TEST(CheckedCsv, NamesTheLineAndWhatWasExpected) {
-    const tests::TemporaryFolder folder;
-    CsvTable table;
-    for (const auto& [text, complaint] : std::vector<std::pair<std::string, std::string>>{
-             {"Hz,dB\n20,1\n", ":1: expected a row"},
-             {"20,1\r\n\r\n30;2\r\n", ":3: expected a row"},
-             {"20,1\n30,2,3\n", ":2: expected a row"},
-             {"20,1\n30\n,2\n", ":2: expected a row"},
-             {"20,1\n30,nan\n", ":2: expected a row"},
-             {"20,1\n1e999,0\n", ":2: expected a frequency"},
-             {"20,1\n-1,0\n", ":2: expected a frequency"},
-             {"20,1\n30,401\n", ":2: expected a level"},
-             {manyRows(32769), ":32769: expected at most 32768 rows"},
-             {"\n \n", ": no rows"},
-         }) {
-        const std::string path = folder.write("t.csv", text);
-        EXPECT_THAT(tests::ComplaintOf([&] { ReadCheckedCsvRows(path, table); }),
-                    testing::StartsWith(path + complaint));
-    }
-    ReadCheckedCsvRows(folder.write("t.csv", "\xEF\xBB\xBF\r\n 20 , 1 \r\n\n30,-2"), table);
-    EXPECT_EQ(rowsOf(table), (Rows{{20, 1}, {30, -2}}));
-}
-
 }  // namespace
 }  // namespace tonvane

@@ -97,6 +97,10 @@ void ExpectGoldenResponse(const std::vector<int32_t>& words, const GoldenCase& g
     EXPECT_LT(std::sqrt(squares / static_cast<double>(grid.size())), 0.01) << golden.name;
 }
 
+void PrintTo(const GoldenCase& golden, std::ostream* out) {
+    *out << golden.name;
+}
+
 std::optional<std::string> MakeCommaLocale(const std::string& folder) {
     const std::string command =
         "localedef -i de_DE -f UTF-8 '" + folder + "/" + commaLocale + "' >/dev/null 2>&1";

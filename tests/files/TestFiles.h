@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iosfwd>
 #include <optional>
 #include <set>
 #include <string>
@@ -57,6 +58,9 @@ void ExpectGoldenResponse(const std::vector<int32_t>& words, const GoldenCase& g
 // Makes a locale with a decimal comma, for LOCPATH to point at; the reason of a failure.
 constexpr const char* commaLocale = "de_DE.UTF-8";
 std::optional<std::string> MakeCommaLocale(const std::string& folder);
+
+// How a failing test names its case.
+void PrintTo(const GoldenCase& golden, std::ostream* out);
 
 // The text of the InputError that an action throws; empty for none.
 template <typename Action>

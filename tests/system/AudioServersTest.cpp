@@ -9,6 +9,7 @@
 #include "device/alsa/AlsaWave.h"
 #include "device/jack/JackWave.h"
 #include "device/menu/DeviceMenu.h"
+#include "support/CallWatch.h"
 #include "support/Signals.h"
 
 namespace tonvane {
@@ -33,7 +34,6 @@ Words noise(int32_t frames) {
 }
 
 // Plays the words on the left channel and captures `frames` of it, by what the device's format is.
-// `inStep` is called with the device open and not running.
 template <typename Sample>
 class Loop {
   public:
@@ -126,6 +126,28 @@ TEST(JackDevice, ItsOwnPortsConnectedToEachOtherChangeAFrame) {
     const Words got = loop.Run(played, 65536);
     EXPECT_EQ(offsetOf(got, played, 0, 60000), 1024) << "a period";
     EXPECT_EQ(device.xruns(), 0);
+}
+
+TEST(JackDevice, ItsCallbackTakesALockOrMemoryOrCallsTheSystem) {
+    tests::JackServer server;
+    ASSERT_TRUE(server.isUp) << server.process.log();
+    CJackWave device;
+    Loop<int32_t> loop(device);
+    ASSERT_TRUE(loop.Open()) << device.refusal();
+    ASSERT_TRUE(device.Start());
+    server.process.Freeze(true);  // so that this thread is the only one to call
+    const auto seen = tests::Watch([&] {
+        for (int i = 0; i < 100; ++i) {
+            device.Process(1024);
+        }
+    });
+    server.process.Freeze(false);
+    if (!seen) {
+        GTEST_SKIP() << "this kernel or this build does not show system calls";
+    }
+    EXPECT_EQ(seen->systemCall, -1);
+    EXPECT_EQ(seen->locks, 0);
+    EXPECT_EQ(seen->allocations, 0);
 }
 
 TEST(JackDevice, AServerThatEndsHoldsTheWorkers) {
@@ -230,10 +252,7 @@ TEST(AlsaDevice, AServerThatEndsHoldsTheWorkers) {
     CAlsaWave device;
     Loop<int16_t> loop(device);
     ASSERT_TRUE(loop.Open()) << device.refusal();
-    std::thread end([&] {
-        std::vector<int16_t> frames(2 * block);
-        server.process.End();
-    });
+    std::thread end([&] { server.process.End(); });
     loop.Run(Words(10000000), 10000000);
     end.join();
     EXPECT_TRUE(device.isLost());

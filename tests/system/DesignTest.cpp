@@ -1,6 +1,8 @@
 // tonvane-cli design, as a person starts it.
 #include <cmath>
+#include <complex>
 #include <filesystem>
+#include <numbers>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -17,6 +19,48 @@ using tests::Contents;
 using tests::GoldenCase;
 using tests::RunProgram;
 using Arguments = std::vector<std::string>;
+
+// The chain's level at a frequency, with b and a of each section as given.
+double chainDb(const json& sections, double turn,
+               double (*coefficient)(const json& section, size_t i)) {
+    const std::complex<double> z = std::polar(1.0, -2.0 * std::numbers::pi * turn);
+    std::complex<double> response = 1.0;
+    for (const json& section : sections) {
+        const auto c = [&](size_t i) { return coefficient(section, i); };
+        response *= (c(0) + z * (c(1) + z * c(2))) / (1.0 - z * (c(3) + z * c(4)));
+    }
+    return 20.0 * std::log10(std::abs(response));
+}
+
+double asDesigned(const json& section, size_t i) {
+    return i < 3 ? section["b"][i].get<double>() : -section["a"][i - 2].get<double>();
+}
+
+double asEncoded(const json& section, size_t i) {
+    const int word = std::stoi(section["words"][i].get<std::string>(), nullptr, 16);
+    return (word >= 1 << 25 ? word - (1 << 26) : word) / 8388608.0;
+}
+
+void expectQuantisation(const json& report) {
+    const std::vector<double> grid = report["curves"]["frequencyHz"];
+    double squares = 0.0;
+    double largest = 0.0;
+    double highest = -1e9;
+    for (const double hertz : grid) {
+        const double turn = hertz / report["sampleRateHz"].get<double>();
+        const double encoded = chainDb(report["sections"], turn, asEncoded);
+        const double error = encoded - chainDb(report["sections"], turn, asDesigned);
+        squares += error * error;
+        largest = std::max(largest, std::fabs(error));
+        highest = std::max(highest, encoded);
+    }
+    const json& quantisation = report.at("quantisation");
+    EXPECT_NEAR(quantisation.at("rmsDb"), std::sqrt(squares / static_cast<double>(grid.size())),
+                1e-9);
+    EXPECT_NEAR(quantisation.at("largestDb"), largest, 1e-9);
+    EXPECT_GE(report.at("highestGain").at("db").get<double>(), highest - 1e-3);
+    EXPECT_EQ(report.at("poleRadii").size(), 7U);
+}
 
 class Design : public testing::TestWithParam<GoldenCase> {};
 
@@ -56,6 +100,7 @@ TEST_P(Design, WritesTheReferencesFilterAndAReportOfIt) {
     for (const char* name : {"frequencyHz", "targetDb", "measuredDb", "firDb", "filterDb"}) {
         EXPECT_EQ(report.at("curves").at(name).size(), figures["gridHz"].size()) << name;
     }
+    expectQuantisation(report);
     std::vector<int32_t> words;
     for (const json& section : report.at("sections")) {
         for (const std::string word : section.at("words")) {

@@ -8,8 +8,8 @@
 
 #include "example-speaker/ExampleFiles.h"
 #include "files/AddressConfig.h"
-#include "files/CsvTable.h"
 #include "files/FileAccess.h"
+#include "files/LevelTable.h"
 #include "files/ResponseFile.h"
 #include "files/TargetFile.h"
 #include "transform/FftTables.h"
@@ -72,8 +72,9 @@ TEST_F(ExampleFiles, ResponseIsSilentThenPeaksAfterTheFlightThenFallsIntoTheNois
 
 TEST_F(ExampleFiles, TableIsTheFreeFieldAtTheLevelOfTheResponse) {
     CsvTable table;
-    table.allocate();
-    ReadCheckedCsvRows(kept + "small-speaker.csv", table);
+    InputNotes notes(true);
+    ReadLevelTable(kept + "small-speaker.csv", table, notes);
+    EXPECT_THAT(notes.texts(), testing::IsEmpty());
     EXPECT_EQ(table.frequency[0], 20.0);
     EXPECT_EQ(table.frequency[table.count - 1], 24000.0);
 

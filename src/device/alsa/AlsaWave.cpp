@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 
 #include <pthread.h>
 
@@ -12,6 +13,7 @@ namespace {
 constexpr int32_t unit = UnitRing::unitFrames;
 constexpr int32_t waitMs = 100;          // the longest time until an order is looked at
 constexpr int32_t firstFramesMs = 5000;  // for the capture to begin
+constexpr std::chrono::milliseconds napTime{5};
 constexpr int32_t playBuffer = 8 * unit;
 constexpr int32_t captureBuffer = 32 * unit;
 constexpr int32_t leastFilled = 3 * unit;  // silence keeps the playback this far ahead
@@ -68,23 +70,21 @@ void CAlsaWave::Close() {
     playPcm_.Close();
 }
 
+// The order to quit is the last one until the next Open.
 void CAlsaWave::give(Order order) {
-    order_ = order;
+    Order present = order_.load();
+    while (present != Order::quit && !order_.compare_exchange_weak(present, order)) {
+    }
     order_.notify_all();
 }
 
 bool CAlsaWave::Start() {
-    if (!thread_.joinable() || lost_) {
-        return false;
-    }
     give(Order::run);
-    return true;
+    return isRunning() && !lost_;
 }
 
 void CAlsaWave::Stop() {
-    if (thread_.joinable()) {
-        give(Order::halt);
-    }
+    give(Order::halt);
 }
 
 int CAlsaWave::Read(void* data, int frames) {
@@ -118,7 +118,11 @@ void CAlsaWave::serve() {
 void CAlsaWave::run() {
     bool isUp = startCapture() && startPlay();
     while (isUp && isRunning()) {
+        hasMoved_ = false;
         isUp = waitForPeriod() && moveCaptured() && movePlayed();
+        if (isUp && !hasMoved_) {
+            std::this_thread::sleep_for(napTime);  // the library is ready, the ring is not
+        }
     }
     if (!isUp && isRunning()) {
         lose();
@@ -198,6 +202,7 @@ bool CAlsaWave::moveCaptured() {
             break;
         }
         available -= got;
+        hasMoved_ = true;
         captured_ = free.empty() ? 0 : captured_ + got;
         if (captured_ == unit) {
             captured_ = 0;
@@ -252,6 +257,7 @@ bool CAlsaWave::feedPlay(int32_t room) {
             return put == -EAGAIN || put == -EPIPE;  // a gap is dealt with at the next look
         }
         room -= put;
+        hasMoved_ = true;
     }
     return true;
 }

@@ -80,7 +80,7 @@ class CAlsaWave : public CWaveDevice, public DeviceFaults {
     GapCount captureGaps_;
     GapCount playGaps_;
     std::atomic<bool> lost_{false};
-    std::atomic<Order> order_{Order::halt};
+    std::atomic<Order> order_{Order::quit};  // to quit: there is no thread, or soon none
     std::thread thread_;
 
     // The thread's own.
@@ -91,6 +91,7 @@ class CAlsaWave : public CWaveDevice, public DeviceFaults {
     int32_t captured_ = 0;            // frames in the unit that is being filled
     int32_t written_ = 0;             // frames given to the library, from the start of the oldest
                                       // unit that is not completed
+    bool hasMoved_ = false;           // frames in this round, in either direction
     int32_t silenceBehind_ = 0;       // frames of silence written since
 };
 

@@ -63,6 +63,7 @@ std::string CJackWave::open(const WAVEFORMATEX* capture, const WAVEFORMATEX* pla
         return "The JACK server does not take a new client";
     }
     connect(pair);
+    isOpen_ = true;
     return "";
 }
 
@@ -109,6 +110,7 @@ void CJackWave::connect(const JackPair& pair) {
 }
 
 void CJackWave::Close() {
+    isOpen_ = false;
     running_ = false;
     switch_.capture.Close();
     switch_.play.Close();
@@ -119,11 +121,8 @@ void CJackWave::Close() {
 }
 
 bool CJackWave::Start() {
-    if (!client_ || lost_) {
-        return false;
-    }
-    running_ = true;
-    return true;
+    running_ = isOpen_ && !lost_;
+    return running_;
 }
 
 void CJackWave::lose() {

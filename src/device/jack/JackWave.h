@@ -73,6 +73,7 @@ class CJackWave : public CWaveDevice, public DeviceFaults {
     Ports inputs_;
     Ports outputs_;
     FloatSwitch switch_;
+    std::atomic<bool> isOpen_{false};
     std::atomic<bool> running_{false};
     std::atomic<bool> lost_{false};
 };

@@ -26,10 +26,10 @@
 
 namespace tonvane {
 
-// No frame: the event does not happen.
-constexpr int64_t never = INT64_MAX;
-
 struct SimulatedSetup {
+    // No frame: the event does not happen.
+    static constexpr int64_t never = INT64_MAX;
+
     // The way from the loudspeaker to the microphone. Samples at full scale 1.0; what goes beyond
     // full scale is clipped in the capture, so that a high gain makes a clipped one and a gain of 0
     // a silent one.

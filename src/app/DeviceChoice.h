@@ -1,0 +1,36 @@
+// The audio device that a person names on the command line.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "device/WaveDevice.h"
+
+namespace tonvane {
+
+struct DeviceOptions {
+    std::string device;  // an entry of the device menu, or simulated:FILE.qsr; empty: the first
+    int32_t timeLimitS = 10;  // how long it may deliver nothing
+    [[nodiscard]] std::chrono::milliseconds limit() const {
+        return std::chrono::seconds(timeLimitS);
+    }
+};
+
+struct ChosenDevice {
+    std::string name;
+    std::unique_ptr<CWaveDevice> device;
+    std::optional<int32_t> rate;  // Hz, the only one that the device serves
+    std::string warning;          // for the person; empty for none
+};
+
+// Throws InputError for a name that is not on the menu, and for a simulated device whose response
+// cannot be used. The transform tables are there.
+ChosenDevice ChooseDevice(const DeviceOptions& options);
+
+// Prints the device menu.
+void DevicesCommand();
+
+}  // namespace tonvane

@@ -1,0 +1,28 @@
+// Ctrl-C during a command that plays or captures.
+#pragma once
+
+#include <stdexcept>
+
+namespace tonvane {
+
+// Thrown by a command that a person has interrupted, when everything is closed.
+class Interrupted : public std::runtime_error {
+  public:
+    static constexpr int exitCode = 130;  // what a shell reports for a program ended by Ctrl-C
+
+    Interrupted() : std::runtime_error("interrupted") {}
+};
+
+// While it lives, SIGINT and SIGTERM only leave a mark, the first time; a second one ends the
+// program at once. One at a time.
+class InterruptMark {
+  public:
+    InterruptMark();
+    ~InterruptMark();
+    InterruptMark(const InterruptMark&) = delete;
+    InterruptMark& operator=(const InterruptMark&) = delete;
+
+    [[nodiscard]] static bool isSet();
+};
+
+}  // namespace tonvane

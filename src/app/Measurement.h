@@ -1,0 +1,49 @@
+// A measurement for a person: watched, judged, and refused when it is not good.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "device/WaveDevice.h"
+#include "stream/StreamEngine.h"
+#include "tuning/TuningRun.h"
+
+namespace tonvane {
+
+struct MeasurementReport {
+    std::string device;
+    int32_t sampleRate = 0;  // Hz
+    int32_t periods = 0;     // averaged
+    int32_t delaySamples = 0;
+    int32_t polarity = 0;  // +1, -1; 0 for unknown
+    int32_t cutoffHz = 0;
+    double peakDb = 0.0;         // of the capture, dB of full scale
+    int64_t clippedSamples = 0;  // at an end of the capture's range
+    std::vector<std::string> warnings;
+};
+
+// Rates at which the test signal and its deconvolution agree on the top bin.
+bool IsMeasuringRate(int64_t rate);
+constexpr const char* measuringRates = "an even rate, 8000 to 192000 Hz";
+
+// How long a device may deliver nothing, and the engine's own waits.
+struct RunLimits {
+    std::chrono::milliseconds delivery{10000};
+    CStreamEngine::Intervals intervals{};
+};
+
+// Measures through a device that is closed and called `name`, at the run's design rate, and makes
+// the result the response of the run; the device is closed again. Throws InputError, with no
+// response in the run, when the device does not open, is lost, stalls or has had an xrun, and when
+// the capture is silent; Interrupted for Ctrl-C.
+MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
+                                  const RunLimits& limits, TuningRun& run,
+                                  const ProgramValues& values);
+
+// The report as text of some lines for a terminal, and as JSON.
+std::string SummaryText(const MeasurementReport& report);
+std::string FormatJsonReport(const MeasurementReport& report);
+
+}  // namespace tonvane

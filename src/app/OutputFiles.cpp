@@ -1,0 +1,52 @@
+#include "app/OutputFiles.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "files/InputError.h"
+
+namespace tonvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool isSameFile(const std::string& a, const std::string& b) {
+    std::error_code ignored;
+    const auto place = [&](const std::string& path) {
+        return fs::weakly_canonical(fs::absolute(path, ignored), ignored);
+    };
+    return place(a) == place(b) || fs::equivalent(a, b, ignored);
+}
+
+}  // namespace
+
+void ExpectDistinctFiles(const std::vector<std::string>& outputs, std::vector<std::string> inputs) {
+    for (const std::string& output : outputs) {
+        std::error_code ignored;
+        const bool special = fs::exists(output, ignored) && !fs::is_regular_file(output, ignored);
+        const bool used = std::ranges::any_of(inputs, [&](const std::string& other) {
+            return !other.empty() && isSameFile(output, other);
+        });
+        if (used && !special) {
+            throw InputError(output, "would overwrite another file of this command");
+        }
+        inputs.push_back(output);
+    }
+}
+
+void WriteOutputs(std::span<const NewContents> files) {
+    if (const auto failure = ReplaceFiles(files)) {
+        throw InputError(failure->path, "cannot be written: " + failure->reason);
+    }
+}
+
+std::string LowerCaseExtension(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    std::ranges::transform(extension, extension.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return extension;
+}
+
+}  // namespace tonvane
