@@ -74,7 +74,7 @@ void FileUserStore::commit() {
     }
     std::string contents = section;
     for (const auto& [name, value] : values_) {
-        contents += name + "=" + value + "\n";
+        contents.append(name).append("=").append(value).append("\n");
     }
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);

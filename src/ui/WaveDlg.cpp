@@ -78,9 +78,10 @@ void CWaveDlg::InitPlayer(const DialogMessage& /*m*/) {
     }
     SelectDevice(controls::deviceFirst);
 
-    const auto recent = ReadRecentFiles(store_);
-    for (auto path = recent.rbegin(); path != recent.rend(); ++path) {
-        pathList_.AddPath(*path);
+    auto recent = ReadRecentFiles(store_);
+    std::ranges::reverse(recent);  // the newest ends on top
+    for (const std::string& path : recent) {
+        pathList_.AddPath(path);
     }
     const std::string selected = pathList_.selected();
     if (selected.empty()) {

@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include "ui/Controls.h"
+#include "ui/qt/Child.h"
 
 namespace tonvane {
 
@@ -51,7 +52,7 @@ DialogWindow::DialogWindow(bool keepsHidden) : host_(*this, keepsHidden) {
 }
 
 void DialogWindow::addAction(const QString& text, const QKeySequence& keys, int id) {
-    auto* action = new QAction(text, this);
+    auto* action = MakeChild<QAction>(text, this);
     action->setShortcut(keys);
     connect(action, &QAction::triggered, this,
             [this, id] { host_.command(id, notifications::click); });
@@ -59,7 +60,7 @@ void DialogWindow::addAction(const QString& text, const QKeySequence& keys, int 
 }
 
 void DialogWindow::makeOverlay() {
-    overlay_ = new Overlay(host_, this);
+    overlay_ = MakeChild<Overlay>(host_, this);
     overlay_->setGeometry(rect());
     overlay_->raise();
 }

@@ -12,6 +12,7 @@
 #include "ui/Controls.h"
 #include "ui/CurveDisplay.h"
 #include "ui/DialogTemplate.h"
+#include "ui/qt/Child.h"
 #include "ui/qt/ControlTexts.h"
 #include "ui/qt/QtControls.h"
 
@@ -28,7 +29,7 @@ constexpr int drcCount = 2;
 constexpr std::array drcFields{"Threshold, dB", "Averaging, ms", "Attack, ms", "Release, ms"};
 
 QHBoxLayout* row(std::initializer_list<QWidget*> widgets) {
-    auto* layout = new QHBoxLayout;
+    auto* layout = MakeChild<QHBoxLayout>();
     for (QWidget* widget : widgets) {
         layout->addWidget(widget);
     }
@@ -51,33 +52,33 @@ QIcon swatch(const CurveStyle& style) {
 
 LabWindow::LabWindow() : DialogWindow(false) {
     setWindowTitle("Tonvane Lab");
-    auto* plot = new PlotWidget(this);
+    auto* plot = MakeChild<PlotWidget>(this);
     host().setPlot(plot);
     plot->setMinimumHeight(200);
     plot->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 
-    auto* left = new QVBoxLayout;
+    auto* left = MakeChild<QVBoxLayout>();
     left->addWidget(plot, 1);
     left->addLayout(makeLegend());
     left->addLayout(makeStatus());
-    auto* lower = new QHBoxLayout;
-    lower->addWidget(makeMeasurement(), 3);
-    lower->addWidget(makeTarget(), 2);
-    lower->addWidget(makeCurves(), 2);
+    auto* lower = MakeChild<QHBoxLayout>();
+    lower->addWidget(makeMeasurement(), 4);
+    lower->addWidget(makeTarget(), 3);
+    lower->addWidget(makeCurves(), 3);
     left->addLayout(lower);
     left->addWidget(makePlayer());
 
-    auto* right = new QVBoxLayout;
+    auto* right = MakeChild<QVBoxLayout>();
     right->addWidget(makeAmplifier());
     right->addWidget(makeDynamics());
     right->addStretch();
     right->addLayout(row({makeCommand(controls::savePicture), make(controls::close)}));
 
-    auto* side = new QWidget(this);
+    auto* side = MakeChild<QWidget>(this);
     side->setLayout(right);
     side->setFixedWidth(sideWidth);
     right->setContentsMargins(0, 0, 0, 0);
-    auto* all = new QHBoxLayout(this);
+    auto* all = MakeChild<QHBoxLayout>(this);
     all->addLayout(left, 1);
     all->addWidget(side);
     resize(QSize(1240, 760).boundedTo(screen()->availableSize()));
@@ -93,17 +94,17 @@ QWidget* LabWindow::make(int id) {
 }
 
 QWidget* LabWindow::makeCommand(int id) {
-    auto* button = new QPushButton(ControlName(id), this);
+    auto* button = MakeChild<QPushButton>(ControlName(id), this);
     host().add(id, button);
     return button;
 }
 
 QWidget* LabWindow::makeNamed(int id) {
-    auto* both = new QWidget(this);
-    auto* name = new QLabel(ControlName(id) + ":", both);
+    auto* both = MakeChild<QWidget>(this);
+    auto* name = MakeChild<QLabel>(ControlName(id) + ":", both);
     QWidget* control = make(id);
     name->setBuddy(control);
-    auto* layout = new QHBoxLayout(both);
+    auto* layout = MakeChild<QHBoxLayout>(both);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(name);
     layout->addWidget(control, 1);
@@ -124,8 +125,8 @@ QLayout* LabWindow::makeStatus() {
 }
 
 QGroupBox* LabWindow::makeMeasurement() {
-    auto* group = new QGroupBox("Response", this);
-    auto* device = new QToolButton(group);
+    auto* group = MakeChild<QGroupBox>("Response", this);
+    auto* device = MakeChild<QToolButton>(group);
     device->setPopupMode(QToolButton::InstantPopup);
     device->setMenu(&host().deviceMenu());
     device->setAccessibleName("Wave device");
@@ -133,10 +134,10 @@ QGroupBox* LabWindow::makeMeasurement() {
     device->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     host().setDeviceButton(device);
     host().add(deviceButtonId, device);
-    auto* layout = new QVBoxLayout(group);
+    auto* layout = MakeChild<QVBoxLayout>(group);
     layout->addLayout(row({make(controls::measure), makeCommand(controls::openResponse),
                            makeCommand(controls::openTable)}));
-    auto* name = new QLabel("Wave device:", group);
+    auto* name = MakeChild<QLabel>("Wave device:", group);
     name->setBuddy(device);
     layout->addLayout(row({name, device}));
     layout->addWidget(makeNamed(controls::inputRate));
@@ -147,8 +148,8 @@ QGroupBox* LabWindow::makeMeasurement() {
 }
 
 QGroupBox* LabWindow::makeTarget() {
-    auto* group = new QGroupBox("Target", this);
-    auto* layout = new QVBoxLayout(group);
+    auto* group = MakeChild<QGroupBox>("Target", this);
+    auto* layout = MakeChild<QVBoxLayout>(group);
     layout->addWidget(makeNamed(controls::curve));
     layout->addWidget(makeNamed(controls::gainClamp));
     layout->addLayout(row({makeCommand(controls::undo), makeCommand(controls::redo)}));
@@ -159,8 +160,8 @@ QGroupBox* LabWindow::makeTarget() {
 }
 
 QGroupBox* LabWindow::makeCurves() {
-    auto* group = new QGroupBox("Curves to plot", this);
-    auto* layout = new QGridLayout(group);
+    auto* group = MakeChild<QGroupBox>("Curves to plot", this);
+    auto* layout = MakeChild<QGridLayout>(group);
     constexpr std::array<int32_t ShownCurves::*, 8> states{
         &ShownCurves::showSpec1,   &ShownCurves::showSpec2,  &ShownCurves::showTarget,
         &ShownCurves::showWeight,  &ShownCurves::showFilter, &ShownCurves::showMixed,
@@ -179,9 +180,9 @@ QGroupBox* LabWindow::makeCurves() {
 }
 
 QGroupBox* LabWindow::makePlayer() {
-    auto* group = new QGroupBox("Player", this);
-    auto* layout = new QHBoxLayout(group);
-    auto* open = new QPushButton("Open wave", group);
+    auto* group = MakeChild<QGroupBox>("Player", this);
+    auto* layout = MakeChild<QHBoxLayout>(group);
+    auto* open = MakeChild<QPushButton>("Open wave", group);
     open->setToolTip("Choose a wave file to play; one can be dropped on the window as well");
     connect(open, &QPushButton::clicked, this, [this] { openWave(); });
     host().add(openWaveId, open);
@@ -202,22 +203,22 @@ void LabWindow::openWave() {
 }
 
 QGroupBox* LabWindow::makeAmplifier() {
-    auto* group = new QGroupBox("Amplifier", this);
-    auto* layout = new QVBoxLayout(group);
+    auto* group = MakeChild<QGroupBox>("Amplifier", this);
+    auto* layout = MakeChild<QVBoxLayout>(group);
     layout->addLayout(row({make(controls::connect), make(controls::term)}));
     layout->addLayout(row({make(controls::set1), make(controls::dump)}));
     layout->addLayout(row({make(controls::biq), make(controls::split), make(controls::drcFirst),
                            make(controls::drcFirst + 1)}));
-    auto* registers = new QGridLayout;
-    registers->addWidget(new QLabel("Register:", group), 0, 0);
+    auto* registers = MakeChild<QGridLayout>();
+    registers->addWidget(MakeChild<QLabel>("Register:", group), 0, 0);
     registers->addWidget(make(controls::registerNumber), 0, 1);
-    registers->addWidget(new QLabel("Bytes:", group), 0, 2);
+    registers->addWidget(MakeChild<QLabel>("Bytes:", group), 0, 2);
     registers->addWidget(make(controls::registerLength), 0, 3);
     registers->addWidget(make(controls::registerName), 1, 0, 1, 4);
     const QFont digits = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     for (int id = controls::wordFirst; id <= controls::wordLast; ++id) {
         const int line = 2 + id - controls::wordFirst;
-        registers->addWidget(new QLabel(ControlName(id) + ":", group), line, 0);
+        registers->addWidget(MakeChild<QLabel>(ControlName(id) + ":", group), line, 0);
         QWidget* word = make(id);
         word->setFont(digits);
         registers->addWidget(word, line, 1, 1, 3);
@@ -228,15 +229,15 @@ QGroupBox* LabWindow::makeAmplifier() {
 }
 
 QGroupBox* LabWindow::makeDynamics() {
-    auto* group = new QGroupBox("Crossover and dynamics", this);
-    auto* layout = new QGridLayout(group);
-    layout->addWidget(new QLabel("Crossover, Hz", group), 0, 0);
+    auto* group = MakeChild<QGroupBox>("Crossover and dynamics", this);
+    auto* layout = MakeChild<QGridLayout>(group);
+    layout->addWidget(MakeChild<QLabel>("Crossover, Hz", group), 0, 0);
     layout->addWidget(make(controls::crossover), 0, 1);
     for (int drc = 0; drc < drcCount; ++drc) {
-        layout->addWidget(new QLabel(QString("DRC %1").arg(drc + 1), group), 1, 1 + drc);
+        layout->addWidget(MakeChild<QLabel>(QString("DRC %1").arg(drc + 1), group), 1, 1 + drc);
         for (int field = 0; field < static_cast<int>(drcFields.size()); ++field) {
             if (drc == 0) {
-                layout->addWidget(new QLabel(drcFields[static_cast<size_t>(field)], group),
+                layout->addWidget(MakeChild<QLabel>(drcFields[static_cast<size_t>(field)], group),
                                   2 + field, 0);
             }
             layout->addWidget(make(controls::drcBoxFirst + 4 * drc + field), 2 + field, 1 + drc);

@@ -10,6 +10,7 @@
 #include <QSlider>
 #include <QTableWidget>
 
+#include "ui/qt/Child.h"
 #include "ui/qt/PathComboBox.h"
 
 namespace tonvane {
@@ -17,12 +18,13 @@ namespace tonvane {
 namespace {
 
 QWidget* makeList(QWidget* parent) {
-    auto* list = new QTableWidget(1, 0, parent);
+    auto* list = MakeChild<QTableWidget>(1, 0, parent);
     list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list->setSelectionBehavior(QAbstractItemView::SelectRows);
     list->setSelectionMode(QAbstractItemView::SingleSelection);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setTabKeyNavigation(false);
+    list->setWordWrap(false);
     list->verticalHeader()->hide();
     list->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     list->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
@@ -31,13 +33,13 @@ QWidget* makeList(QWidget* parent) {
 }
 
 QWidget* makeButton(ControlKind kind, const QString& text, QWidget* parent) {
-    auto* button = new QPushButton(text, parent);
+    auto* button = MakeChild<QPushButton>(text, parent);
     button->setDefault(kind == ControlKind::defaultButton);
     return button;
 }
 
 QWidget* makeEdit(ControlKind kind, const QString& text, QWidget* parent) {
-    auto* edit = new QLineEdit(text, parent);
+    auto* edit = MakeChild<QLineEdit>(text, parent);
     edit->setReadOnly(kind == ControlKind::readOnlyEdit);
     return edit;
 }
@@ -47,27 +49,27 @@ QWidget* makeEdit(ControlKind kind, const QString& text, QWidget* parent) {
 QWidget* MakeControl(ControlKind kind, const QString& text, QWidget* parent) {
     switch (kind) {
         case ControlKind::groupBox:
-            return new QGroupBox(text.trimmed(), parent);
+            return MakeChild<QGroupBox>(text.trimmed(), parent);
         case ControlKind::text:
-            return new QLabel(text, parent);
+            return MakeChild<QLabel>(text, parent);
         case ControlKind::button:
         case ControlKind::defaultButton:
             return makeButton(kind, text, parent);
         case ControlKind::checkBox:
-            return new QCheckBox(text, parent);
+            return MakeChild<QCheckBox>(text, parent);
         case ControlKind::edit:
         case ControlKind::readOnlyEdit:
             return makeEdit(kind, text, parent);
         case ControlKind::dropList:
-            return new QComboBox(parent);
+            return MakeChild<QComboBox>(parent);
         case ControlKind::pathList:
-            return new PathComboBox(parent);
+            return MakeChild<PathComboBox>(parent);
         case ControlKind::list:
             return makeList(parent);
         case ControlKind::slider:
-            return new QSlider(Qt::Horizontal, parent);
+            return MakeChild<QSlider>(Qt::Horizontal, parent);
     }
-    return new QWidget(parent);
+    return MakeChild<QWidget>(parent);
 }
 
 }  // namespace tonvane

@@ -19,6 +19,7 @@
 
 #include "ui/Controls.h"
 #include "ui/MainDlg.h"
+#include "ui/qt/Child.h"
 #include "ui/qt/ControlTexts.h"
 #include "ui/qt/ProgramIcon.h"
 
@@ -319,7 +320,7 @@ void QtDialogHost::setCell(int id, int column, const std::string& text) {
 
 PlotWindow QtDialogHost::createPlot(int placeId) {
     if (plot_ == nullptr) {
-        plot_ = new PlotWidget(&window_);
+        plot_ = MakeChild<PlotWidget>(&window_);
         const PixelRectangle place = rectangle(placeId);
         plot_->setGeometry(place.left, place.top, place.right - place.left,
                            place.bottom - place.top);

@@ -39,7 +39,7 @@ class WindowDesk : public testing::Test {
                                          {"XDG_RUNTIME_DIR", folder.path()},
                                          {"QT_QPA_PLATFORM", "xcb"},
                                          {"QT_STYLE_OVERRIDE", "Fusion"},
-                                         {"LSAN_OPTIONS", "suppressions=" TONVANE_WINDOW_LEAKS}},
+                                         {"LSAN_OPTIONS", "suppressions=" TONVANE_WINDOW_LEAKS ":print_suppressions=0"}},
                          .output = folder / "printed"});
         window = screen.awaitWindow(title);
         ASSERT_NE(window, "") << Contents(folder / "printed");
