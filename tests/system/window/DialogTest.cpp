@@ -191,6 +191,8 @@ TEST_F(Dialog, APlainStartHasTheDeviceMenuAndTellsOfBadFiles) {
 
     folder.write("bad.txt", "no target");
     start(TONVANE, {"-cmd", "48000", "missing.qsr", "qsr", "f.txt", "bad.txt"}, "Error");
+    screen.key({"Return"});  // of the target; the response's follows
+    ASSERT_TRUE(screen.awaitActive([&](const std::string& active) { return active != window; }));
     screen.key({"Return"});
     ASSERT_TRUE(screen.awaitNoWindow("Error"));
 }
