@@ -53,6 +53,7 @@ bool CRiffFile::openFile(const std::string& path, const char* openMode, const ch
         std::fprintf(stderr, "file already open\n");
         return false;
     }
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the unique_ptr is the owner
     file.reset(std::fopen(path.c_str(), openMode));
     if (!file) {
         std::fprintf(stderr, "can't open file %s for %s\n", path.c_str(), purpose);
