@@ -39,10 +39,13 @@ class WindowDesk : public testing::Test {
                                          {"XDG_RUNTIME_DIR", folder.path()},
                                          {"QT_QPA_PLATFORM", "xcb"},
                                          {"QT_STYLE_OVERRIDE", "Fusion"},
-                                         {"LSAN_OPTIONS", "suppressions=" TONVANE_WINDOW_LEAKS ":print_suppressions=0"}},
+                                         {"LSAN_OPTIONS", "suppressions=" TONVANE_WINDOW_LEAKS
+                                                          ":print_suppressions=0"}},
                          .output = folder / "printed"});
         window = screen.awaitWindow(title);
         ASSERT_NE(window, "") << Contents(folder / "printed");
+        ASSERT_TRUE(
+            screen.awaitActive([&](const std::string& active) { return active == window; }));
     }
 
     Screen screen;
