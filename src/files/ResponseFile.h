@@ -26,9 +26,6 @@ std::string FormatResponseFile(int32_t rate, std::span<const double> samples);
 // False if the file cannot be written; an existing one is then as it was.
 bool WriteResponseFile(const std::string& path, int32_t rate, std::span<const double> samples);
 
-// The bytes of the file.
-std::string FormatResponseFile(int32_t rate, std::span<const double> samples);
-
 struct SpeakerResponse {
     int32_t rate;  // Hz
     std::vector<double> samples;

@@ -37,8 +37,8 @@ void CWaveOutStream::store(const double* in, int32_t count, unsigned char* bytes
         if (!(v < maximum)) {
             v = maximum;
         }
-        const int64_t word =
-            v > minimum ? static_cast<int64_t>(v + 0.5) : static_cast<int64_t>(minimum);
+        v = v > minimum ? v + 0.5 : minimum;
+        const auto word = static_cast<int64_t>(v);
         for (int32_t byte = 0; byte < bytesPerSample; ++byte) {
             *bytes++ = static_cast<unsigned char>(static_cast<uint64_t>(word) >> (8 * byte));
         }

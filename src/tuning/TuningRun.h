@@ -43,8 +43,8 @@ class TuningRun {
     TuningRun(const TuningRun&) = delete;
     TuningRun& operator=(const TuningRun&) = delete;
 
-    // The start of a run: rates, curves and gain clamp from the program values, and the address file
-    // of AppDirectory.
+    // The start of a run: rates, curves and gain clamp from the program values, and the address
+    // file of AppDirectory.
     void StartState();
 
     // Loads and designs the response of ResponseFilePath, if there is one; whether it could be

