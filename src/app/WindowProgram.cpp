@@ -2,6 +2,9 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <algorithm>
+#include <array>
+#include <stdexcept>
 
 #include "app/CommandLine.h"
 #include "app/WindowDevices.h"
@@ -27,6 +30,15 @@ class StartMessages : public Messages {
     void status(int /*line*/, const std::string& /*text*/) override {}
 };
 
+// The toolkit ends the process where there is none.
+void expectDisplay() {
+    constexpr std::array variables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    if (std::ranges::none_of(variables,
+                             [](const char* name) { return qEnvironmentVariableIsSet(name); })) {
+        throw std::runtime_error("there is no display; tonvane-cli works without one");
+    }
+}
+
 // A line for each control: its id, left, top, width and height in pixels of the window.
 void writeLayout(QtDialogHost& host, const std::string& path) {
     QCoreApplication::processEvents();  // the window finds its final size
@@ -46,6 +58,7 @@ void writeLayout(QtDialogHost& host, const std::string& path) {
 
 int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions& options,
                      const std::function<std::unique_ptr<DialogWindow>()>& makeWindow) {
+    expectDisplay();
     // The arguments are the program's own, none of them the toolkit's.
     std::string name = "tonvane";
     char* argv[] = {name.data(), nullptr};

@@ -1,51 +1,17 @@
 // tonvane-lab in a real window: the controls that the dialog hides.
 #include <cstring>
-#include <map>
-#include <sstream>
 
 #include "files/TargetFile.h"
 #include "system/AmplifierProgram.h"
-#include "system/window/WindowDesk.h"
+#include "system/window/LabDesk.h"
 
 namespace tonvane {
 namespace {
 
 using testing::HasSubstr;
 using tests::Contents;
+using tests::Lab;
 using Lines = std::vector<std::string>;
-using tests::ScreenPoint;
-
-class Lab : public tests::WindowDesk {
-  protected:
-    void startLab(std::vector<std::string> arguments) {
-        const std::string layout = folder / "layout";
-        arguments.insert(arguments.begin(), {"--layout", layout});
-        start(TONVANE_LAB, arguments, "Tonvane Lab");
-        ASSERT_TRUE(tests::Await([&] { return Contents(layout).ends_with("\n"); }));
-        std::istringstream lines(Contents(layout));
-        int id = 0;
-        for (ScreenPoint at{}, size{}; lines >> id >> at.x >> at.y >> size.x >> size.y;) {
-            middles[id] = {at.x + size.x / 2, at.y + size.y / 2};
-        }
-    }
-    void click(int id) { screen.click(window, middles.at(id)); }
-    void type(int id, const std::string& text) {
-        click(id);
-        screen.key({"ctrl+a"});
-        screen.type(text);
-    }
-    // In a file dialog.
-    void choose(const char* title, const std::string& path) {
-        ASSERT_NE(screen.awaitWindow(title), "");
-        screen.type(path);
-        screen.key({"Return"});
-        ASSERT_TRUE(screen.awaitNoWindow(title));
-    }
-
-    static constexpr int openWave = 4000;  // controls of this window alone
-    static constexpr int deviceButton = 4001;
-    std::map<int, ScreenPoint> middles;
-};
 
 TEST_F(Lab, ThePanelReachesTheAmplifier) {
     tests::AmplifierProgram amplifier;

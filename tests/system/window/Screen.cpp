@@ -22,6 +22,15 @@ int ScreenPicture::count(uint32_t color, ScreenPoint corner, ScreenPoint size) c
     return found;
 }
 
+std::string ScreenPicture::part(ScreenPoint corner, ScreenPoint size) const {
+    std::string pixels;
+    for (int y = std::max(corner.y, 0); y < std::min(corner.y + size.y, height_); ++y) {
+        pixels += pixels_.substr(3 * static_cast<size_t>(y * width_ + corner.x),
+                                 3 * static_cast<size_t>(size.x));
+    }
+    return pixels;
+}
+
 Screen::Screen() {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
@@ -85,7 +94,11 @@ bool Screen::awaitActive(const std::function<bool(const std::string& window)>& i
 }
 
 void Screen::moveTo(const std::string& window, ScreenPoint at) {
-    xdotool({"mousemove", "--window", window, std::to_string(at.x), std::to_string(at.y)});
+    std::vector<std::string> arguments{"mousemove", std::to_string(at.x), std::to_string(at.y)};
+    if (!window.empty()) {
+        arguments.insert(arguments.begin() + 1, {"--window", window});
+    }
+    xdotool(arguments);
 }
 
 void Screen::click(const std::string& window, ScreenPoint at) {

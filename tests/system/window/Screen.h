@@ -26,6 +26,9 @@ class ScreenPicture {
     // Pixels of exactly this colour, 0xRRGGBB, in a rectangle.
     [[nodiscard]] int count(uint32_t color, ScreenPoint corner, ScreenPoint size) const;
 
+    // The pixels of a rectangle.
+    [[nodiscard]] std::string part(ScreenPoint corner, ScreenPoint size) const;
+
   private:
     int width_;
     int height_;
@@ -51,7 +54,7 @@ class Screen {
     // Whether the window that gets the keys comes to be one that is wanted.
     bool awaitActive(const std::function<bool(const std::string& window)>& isWanted);
 
-    // The mouse, from a window's upper left corner, and the keyboard.
+    // The mouse, from a window's upper left corner or, without one, the screen's; the keyboard.
     void moveTo(const std::string& window, ScreenPoint at);
     void click(const std::string& window, ScreenPoint at);
     void drag(const std::string& window, ScreenPoint from, ScreenPoint to);

@@ -1,0 +1,38 @@
+// drag-source FILE: a small window in the screen's corner from which the file can be dragged.
+#include <QApplication>
+#include <QDrag>
+#include <QMimeData>
+#include <QUrl>
+#include <QWidget>
+
+namespace {
+
+class Source : public QWidget {
+  public:
+    explicit Source(const QString& file) : file_(file) {
+        setWindowTitle("Source");
+        setWindowFlags(Qt::X11BypassWindowManagerHint);
+        setGeometry(0, 0, 60, 60);
+    }
+
+  protected:
+    void mousePressEvent(QMouseEvent* /*event*/) override {
+        auto data = std::make_unique<QMimeData>();
+        data->setUrls({QUrl::fromLocalFile(file_), QUrl::fromLocalFile("/second")});
+        auto drag = std::make_unique<QDrag>(this);
+        drag->setMimeData(data.release());
+        drag.release()->exec(Qt::CopyAction);  // deletes itself
+    }
+
+  private:
+    QString file_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    Source source(QString::fromLocal8Bit(argc > 1 ? argv[1] : ""));
+    source.show();
+    return QApplication::exec();
+}
