@@ -17,10 +17,10 @@ class Source : public QWidget {
 
   protected:
     void mousePressEvent(QMouseEvent* /*event*/) override {
-        auto data = std::make_unique<QMimeData>();
-        data->setUrls({QUrl::fromLocalFile(file_), QUrl::fromLocalFile("/second")});
+        auto files = std::make_unique<QMimeData>();
+        files->setUrls({QUrl::fromLocalFile(file_), QUrl::fromLocalFile("/second")});
         auto drag = std::make_unique<QDrag>(this);
-        drag->setMimeData(data.release());
+        drag->setMimeData(files.release());
         drag.release()->exec(Qt::CopyAction);  // deletes itself
     }
 
