@@ -1,6 +1,5 @@
 #include <memory>
 
-#include <shellapi.h>
 #include <windows.h>
 
 #include "app/ProgramArguments.h"
