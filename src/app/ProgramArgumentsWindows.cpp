@@ -1,8 +1,8 @@
+#include "app/ProgramArguments.h"
+
 #include <memory>
 
 #include <windows.h>
-
-#include "app/ProgramArguments.h"
 
 namespace tonvane {
 
