@@ -1,4 +1,5 @@
-// drag-source FILE: a small window in the screen's corner from which the file can be dragged.
+// drag-source FILE: a small window in the screen's corner from which the file can be dragged
+// once; it ends with the drag.
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
@@ -22,6 +23,7 @@ class Source : public QWidget {
         auto drag = std::make_unique<QDrag>(this);
         drag->setMimeData(files.release());
         drag.release()->exec(Qt::CopyAction);  // deletes itself
+        QCoreApplication::quit();
     }
 
   private:

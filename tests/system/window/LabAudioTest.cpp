@@ -51,12 +51,13 @@ TEST_F(LabAudio, PlaysPausesAndSeeksAFileThatIsDropped) {
         .exitCode();
     const std::string noTime = look(1005);
     const std::string idle = look(1002);
-    const tests::Process source(
+    tests::Process source(
         {.arguments = {TONVANE_DRAG_SOURCE, file},
          .environment = {{"DISPLAY", screen.display()}, {"QT_QPA_PLATFORM", "xcb"}}});
     ASSERT_NE(screen.awaitWindow("Source"), "");
     const auto corner = screen.cornerOf(window);
     screen.drag("", {30, 30}, {corner.x + 300, corner.y + 300});
+    ASSERT_EQ(source.exitCode(), 0);
     ASSERT_TRUE(tests::Await([&] { return look(1005) != noTime; }));
     const std::string start = look(1005);
 
