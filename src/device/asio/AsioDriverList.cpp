@@ -51,20 +51,33 @@ class RegistryKey {
     HKEY key_ = nullptr;
 };
 
-GUID clsidOf(const std::string& text) {
+std::wstring wideOf(const std::string& text) {
     std::wstring wide(text.size() + 1, L'\0');
     MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
+    return wide.c_str();
+}
+
+// The registry's text in the code page of the rest of the program.
+std::string utf8Of(const std::string& text) {
+    const std::wstring wide = wideOf(text);
+    std::string utf8(3 * wide.size() + 1, '\0');
+    WideCharToMultiByte(CP_UTF8, 0, wide.c_str(), -1, utf8.data(), static_cast<int>(utf8.size()),
+                        nullptr, nullptr);
+    return utf8.c_str();
+}
+
+GUID clsidOf(const std::string& text) {
     GUID clsid{};
-    return CLSIDFromString(wide.c_str(), &clsid) == S_OK ? clsid : GUID{};
+    return CLSIDFromString(wideOf(text).c_str(), &clsid) == S_OK ? clsid : GUID{};
 }
 
 CAsioDriverEntry entryOf(const RegistryKey& key, const std::string& name) {
     CAsioDriverEntry entry{};
-    entry.name = key.text<longestName>("description").value_or(name);
+    entry.name = utf8Of(key.text<longestName>("description").value_or(name));
     if (const auto clsid = key.text<longestClsid>("clsid")) {
         entry.clsid = clsidOf(*clsid);
         const RegistryKey server(HKEY_CLASSES_ROOT, "clsid\\" + *clsid + "\\InprocServer32");
-        entry.dllPath = server.text<longestPath>(nullptr).value_or("");
+        entry.dllPath = utf8Of(server.text<longestPath>(nullptr).value_or(""));
     }
     return entry;
 }

@@ -16,6 +16,7 @@ struct AsioRelease {
 };
 using AsioDriver = std::unique_ptr<IASIO, AsioRelease>;
 
+// Texts in UTF-8.
 struct CAsioDriverEntry {
     std::string name;
     std::string dllPath;
