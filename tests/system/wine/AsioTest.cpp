@@ -75,15 +75,22 @@ struct Loop {
     const char* words;
     const char* type;
     int32_t latency;
+    const char* calls;  // of the host, up to the start, of which the driver tells
 };
 
 constexpr std::array loops{
-    Loop{"type=int32 frames=512 input=512 output=512", "int32", 1024},
-    Loop{"type=float32 frames=256 input=300 output=801 ready=1", "float32", 1101},
-    Loop{"type=int32 frames=1024 input=1 output=4999 ready=1", "int32", 5000},
-    Loop{"type=float32 frames=96 input=96 output=0 rate=192000", "float32", 96},
-    Loop{"type=int32 frames=64 input=64 output=64", "int32", 128},
-    Loop{"type=float32 frames=2048 input=2048 output=2048", "float32", 4096},
+    Loop{"type=int32 frames=512 input=512 output=512", "int32", 1024,
+         "init\nsetSampleRate 48000\ncreateBuffers 512 in0 in1 out0 out1\n"},
+    Loop{"type=float32 frames=256 input=300 output=801 ready=1", "float32", 1101,
+         "init\nsetSampleRate 48000\ncreateBuffers 256 in0 in1 out0 out1\n"},
+    Loop{"type=int32 frames=1024 input=1 output=4999 ready=1", "int32", 5000,
+         "init\nsetSampleRate 48000\ncreateBuffers 1024 in0 in1 out0 out1\n"},
+    Loop{"type=float32 frames=96 input=96 output=0 rate=192000", "float32", 96,
+         "init\nsetSampleRate 44100\nsetSampleRate 48000\ncreateBuffers 96 in0 in1 out0 out1\n"},
+    Loop{"type=int32 frames=64 input=64 output=64", "int32", 128,
+         "init\nsetSampleRate 48000\ncreateBuffers 64 in0 in1 out0 out1\n"},
+    Loop{"type=float32 frames=2048 input=2048 output=2048", "float32", 4096,
+         "init\nsetSampleRate 48000\ncreateBuffers 2048 in0 in1 out0 out1\n"},
 };
 
 TEST_F(Asio, AMeasuredPathIsNotFlatOrOutOfPlaceThreeTimesWithEitherType) {
@@ -112,7 +119,7 @@ std::string bytesOf(const std::vector<int32_t>& words) {
     return {reinterpret_cast<const char*>(words.data()), words.size() * sizeof(int32_t)};
 }
 
-TEST_F(Asio, ASampleChangesMoreThanByItsConversionOrAChannelIsSwapped) {
+TEST_F(Asio, ASampleChangesMoreThanByItsConversionOrTheDriverIsCalledOutOfOrder) {
     constexpr int32_t frames = 20000;
     std::vector<int32_t> played{INT32_MAX, INT32_MIN, INT32_MIN, INT32_MAX, 1, -1};
     for (const double sample : tests::Noise(2 * frames - 6, 5)) {
@@ -123,8 +130,11 @@ TEST_F(Asio, ASampleChangesMoreThanByItsConversionOrAChannelIsSwapped) {
         folder.write("in", bytesOf(played));
         const auto result =
             run("device-probe.exe", {loopDriver, "48000", "2", "in", "out", "32768"}, folder,
-                std::string("speed=2 ") + loop.words, "xruns 1");
+                std::string("speed=2 log=log ") + loop.words, "xruns 1");
         EXPECT_EQ(result.output, "latency " + std::to_string(loop.latency) + "\nxruns 0\nlost 0\n");
+        EXPECT_THAT(tests::Contents(folder / "log"),
+                    EndsWith(std::string(loop.calls) +
+                             "start\nstop\ndisposeBuffers\ndisposeBuffers\ngone\n"));
         std::vector<int32_t> expected(static_cast<size_t>(2 * loop.latency));
         for (const int32_t word : played) {
             expected.push_back(std::strcmp(loop.type, "int32") == 0 ? word : throughFloat(word));

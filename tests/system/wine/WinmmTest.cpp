@@ -13,7 +13,17 @@
 namespace tonvane {
 namespace {
 
-using Winmm = tests::WithFftTables;
+using testing::HasSubstr;
+using tests::Contents;
+using tests::RunUnderWine;
+
+tests::WineStart measurement(const tests::TemporaryFolder& folder) {
+    return {"tonvane-cli.exe",
+            {"measure", "--device", "winmm", "-o", "out.qsr", "--timeout", "2"},
+            folder.path(),
+            {},
+            folder / "printed"};
+}
 
 // A client that asks for short delays, without which the capture begins a second late. It has
 // settled when it has recorded three seconds.
@@ -39,8 +49,13 @@ class AlsaDriver {
     static void change(const std::string& verb, const std::vector<std::string>& data) {
         std::vector<std::string> words{verb, R"(HKCU\Software\Wine\Drivers)", "/v", "Audio", "/f"};
         words.insert(words.end(), data.begin(), data.end());
-        EXPECT_EQ(tests::RunUnderWine({"reg", words}).exitCode, 0);
+        EXPECT_EQ(RunUnderWine({"reg", words}).exitCode, 0);
     }
+};
+
+class Winmm : public tests::WithFftTables {
+  protected:
+    AlsaDriver driver_;
 };
 
 TEST_F(Winmm, ADirectPathIsNotFlatThreeTimes) {
@@ -48,7 +63,6 @@ TEST_F(Winmm, ADirectPathIsNotFlatThreeTimes) {
     ASSERT_TRUE(server.isUp) << server.process.log();
     tests::ServerProcess recorder;
     ASSERT_TRUE(hold(recorder));
-    const AlsaDriver driver;
     constexpr int mostAttempts = 8;
     int attempts = 0;
     for (int run = 0; run < 3; ++run) {
@@ -59,9 +73,7 @@ TEST_F(Winmm, ADirectPathIsNotFlatThreeTimes) {
         // and the server behind it do so as well, and do not tell.
         do {
             ++attempts;
-            result = tests::RunUnderWine({"tonvane-cli.exe",
-                                          {"measure", "--device", "winmm", "-o", "out.qsr"},
-                                          folder.path()});
+            result = RunUnderWine(measurement(folder));
             if (result.exitCode == 0) {
                 measured = tests::JudgeMeasuredFile(folder / "out.qsr");
             }
@@ -73,6 +85,25 @@ TEST_F(Winmm, ADirectPathIsNotFlatThreeTimes) {
         RecordProperty("sample" + std::to_string(run), measured.peak);
     }
     RecordProperty("attempts", attempts);
+}
+
+TEST_F(Winmm, ASoundServerThatEndsHoldsTheProgramOrIsNotToldOf) {
+    tests::PulseServer server;
+    ASSERT_TRUE(server.isUp) << server.process.log();
+    const tests::TemporaryFolder folder;
+    tests::Process program(UnderWine(measurement(folder)));
+    EXPECT_TRUE(tests::Await([&] {
+        return Contents(folder / "printed").find("Measuring: 25 %") != std::string::npos;
+    })) << Contents(folder / "printed");
+    server.process.End();
+    EXPECT_EQ(program.exitCode(), 1);
+    EXPECT_THAT(Contents(folder / "printed"),
+                HasSubstr("tonvane-cli: winmm: the device has stopped delivering"));
+
+    const auto result = RunUnderWine(measurement(folder));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, HasSubstr("WinMM has no device to capture from"));
+    EXPECT_FALSE(folder.names().contains("out.qsr"));
 }
 
 }  // namespace
