@@ -1,6 +1,4 @@
 #include <windows.h>
-// After the above.
-#include <mmsystem.h>
 
 #include "device/asio/AsioDriverList.h"
 #include "device/asio/AsioWave.h"

@@ -6,8 +6,6 @@
 #include <vector>
 
 #include <windows.h>
-// After the above.
-#include <mmsystem.h>
 
 namespace tonvane {
 
