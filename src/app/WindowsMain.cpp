@@ -1,8 +1,11 @@
 // Tonvane.exe: the tuning dialog, for calling tools (-cmd) and for people.
 //
 // Exit code: 0 after Close, 2 after Escape or the window's close box, 1 when it could not start.
+#include <charconv>
+#include <cstdlib>
 #include <exception>
 #include <memory>
+#include <string_view>
 
 #include "app/CommandLine.h"
 #include "app/WindowDevices.h"
@@ -20,6 +23,18 @@ namespace tonvane {
 namespace {
 
 constexpr int failure = 1;
+
+// Where the link server listens, if not at its usual port: for a second server on one computer.
+constexpr const char* portVariable = "TONVANE_LINK_PORT";
+
+uint16_t linkPort() {
+    const char* text = std::getenv(portVariable);
+    uint16_t port = 0;
+    const std::string_view digits = text == nullptr ? "" : text;
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, port);
+    return error == std::errc() && stop == end ? port : CAmpLink::usualPort;
+}
 
 void showStop(const std::string& text) {
     MessageBoxW(nullptr, Widen(text).c_str(), L"Error", MB_OK | MB_ICONSTOP);
@@ -69,8 +84,8 @@ int runDialog(const std::string& commandTail, int showCommand) {
 
     RegistryUserStore store(recentFilesKey);
     Win32DialogHost host;
-    const auto dialog =
-        std::make_unique<CMainDlg>(host, values, WindowDevices(false), store, promptOnExit);
+    const auto dialog = std::make_unique<CMainDlg>(host, values, WindowDevices(false), store,
+                                                   promptOnExit, linkPort());
     host.create(MainDialogTemplate, *dialog);
     host.showWindow(showCommand);
     return host.run();
