@@ -6,7 +6,7 @@
 #include "SyntheticSpeaker.h"
 #include "app/ConsoleMessages.h"
 #include "design/DesignGrid.h"
-#include "graph/CairoCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
 #include "ui/CurveDisplay.h"
 
 namespace tonvane::bench {

@@ -4,8 +4,8 @@
 # every machine: libraries that pick kernels by processor, or a shared library that the machine's
 # administrator can exchange, give other words. docs/numerics.md has the measurements.
 #
-# A build without those archives, such as one for Windows, names its own libraries (a reference
-# LAPACK built from source) in TONVANE_LAPACK_LIBRARIES.
+# A build for Windows compiles the sources of these archives; one without them names its own libraries
+# (a reference LAPACK built from source) in TONVANE_LAPACK_LIBRARIES.
 set(TONVANE_LAPACK_LIBRARIES "" CACHE STRING
     "LAPACK, BLAS and Fortran run-time libraries in link order; empty for the system's reference archives")
 
@@ -14,6 +14,11 @@ add_library(tonvane::lapack ALIAS tonvane_lapack)
 
 if(TONVANE_LAPACK_LIBRARIES)
     target_link_libraries(tonvane_lapack INTERFACE ${TONVANE_LAPACK_LIBRARIES})
+    return()
+endif()
+if(WIN32)
+    include(windows/ReferenceLapack)
+    target_link_libraries(tonvane_lapack INTERFACE tonvane_reference_lapack)
     return()
 endif()
 

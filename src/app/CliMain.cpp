@@ -1,9 +1,11 @@
 // tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (design, measure,
 // plot, play, convert, link).
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -15,6 +17,7 @@
 #include "app/Interruption.h"
 #include "app/LinkArguments.h"
 #include "app/PlotArguments.h"
+#include "app/ProgramArguments.h"
 
 namespace {
 
@@ -47,10 +50,11 @@ void addDesign(CLI::App& app, tonvane::DesignOptions& options, std::function<voi
     design->footer("Example: tonvane-cli design speaker.qsr -o filters.txt --gain-clamp -6");
 }
 
-int runForPerson(int argc, char** argv) {
+int runForPerson(std::vector<std::string> arguments) {
     CLI::App app{"Tunes small loudspeakers behind a digital amplifier."};
     app.set_version_flag("--version", std::string("tonvane-cli ") + TONVANE_VERSION);
     app.require_subcommand(1);
+    app.allow_windows_style_options(false);  // a word with a slash is a path on every system
     app.footer(
         "Calling tools start: tonvane-cli -cmd RATE RESPONSE qsr|csv FILTERS TARGET -noprompt");
     tonvane::DesignOptions options;
@@ -61,7 +65,8 @@ int runForPerson(int argc, char** argv) {
     tonvane::AddAudioCommands(app, run);
     tonvane::AddLinkCommand(app, run);
     try {
-        app.parse(argc, argv);
+        std::ranges::reverse(arguments);  // the parser takes them from the end
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : badUsage;
     }
@@ -73,11 +78,11 @@ int runForPerson(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
-        const std::vector<std::string> arguments(argv + 1, argv + argc);
+        std::vector<std::string> arguments = tonvane::ProgramArguments(argc, argv);
         if (!arguments.empty() && arguments[0] == "-cmd") {
             return tonvane::RunBatch(arguments);
         }
-        return runForPerson(argc, argv);
+        return runForPerson(std::move(arguments));
     } catch (const tonvane::Interrupted& error) {
         std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
         return tonvane::Interrupted::exitCode;

@@ -1,7 +1,6 @@
 #include "app/DeviceChoice.h"
 
 #include <cstdio>
-#include <filesystem>
 
 #include "device/DeviceFaults.h"
 #include "device/menu/DeviceMenu.h"
@@ -30,21 +29,18 @@ bool canOpen(CWaveDevice& device) {
     return opened;
 }
 
-// A card that is merely in use must not be replaced behind the person's back.
-bool hasSoundCard() {
-    std::error_code ignored;
-    return std::filesystem::exists("/proc/asound/card0", ignored);
-}
-
 // The first device of the menu; the simulated one on a computer that has no sound at all.
 ChosenDevice usualDevice() {
     const DeviceEntry first = FindDevice(ListDevices(), std::to_string(defaultDeviceId));
-    ChosenDevice chosen{first.name, first.make(), std::nullopt, {}};
-    if (!hasSoundCard() && !canOpen(*chosen.device)) {
-        chosen = {"simulated", SimulatedDevice({}).make(), std::nullopt,
-                  "This computer has no sound: the device is a simulated loopback."};
+    if (first.make) {
+        ChosenDevice chosen{first.name, first.make(), std::nullopt, {}};
+        // A card that is merely in use must not be replaced behind the person's back.
+        if (HasSoundCard() || canOpen(*chosen.device)) {
+            return chosen;
+        }
     }
-    return chosen;
+    return {"simulated", SimulatedDevice({}).make(), std::nullopt,
+            "This computer has no sound: the device is a simulated loopback."};
 }
 
 }  // namespace
@@ -70,7 +66,9 @@ void DevicesCommand() {
         std::printf("%-4d %-20s %s\n", entry.id, entry.name.c_str(), entry.description.c_str());
     }
     std::printf("     %-20s %s\n", "simulated:FILE.qsr", "Loopback through a measured loudspeaker");
-    std::printf("     %-20s %s\n", "alsa:PCM", "Another device of the ALSA configuration");
+    for (const DevicePattern& pattern : DevicePatterns()) {
+        std::printf("     %-20s %s\n", pattern.name.c_str(), pattern.description.c_str());
+    }
 }
 
 }  // namespace tonvane

@@ -13,8 +13,8 @@ class Interrupted : public std::runtime_error {
     Interrupted() : std::runtime_error("interrupted") {}
 };
 
-// While it lives, SIGINT and SIGTERM only leave a mark, the first time; a second one ends the
-// program at once. One at a time.
+// While it lives, Ctrl-C (SIGINT, SIGTERM; on Windows Ctrl-Break as well) only leaves a mark, the
+// first time; a second one ends the program at once. One at a time.
 class InterruptMark {
   public:
     InterruptMark();

@@ -102,6 +102,9 @@ PlotPicture captionedPicture(const PlotOptions& options, const FinishedDesign& d
 }  // namespace
 
 void CheckPlotOptions(const PlotOptions& options) {
+    if (!DrawsPictures()) {
+        throw InputError(options.output, "pictures of plots are not drawn on this system");
+    }
     kindOf(options.output);
     pictureOf(options);
 }
@@ -125,6 +128,9 @@ std::string PlotBytes(const PlotOptions& options, const FinishedDesign& design) 
 }
 
 std::string PlotElement(const PlotOptions& options, const FinishedDesign& design) {
+    if (!DrawsPictures()) {
+        return {};
+    }
     const std::string file = PlotSvg(*design.run, design.values, captionedPicture(options, design));
     return file.substr(file.find("<svg"));
 }

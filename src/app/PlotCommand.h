@@ -8,7 +8,8 @@
 
 namespace tonvane {
 
-// Throws InputError for an unknown kind of picture, a size or a curve that there is not.
+// Throws InputError for an unknown kind of picture, a size or a curve that there is not, and where
+// pictures are not drawn.
 void CheckPlotOptions(const PlotOptions& options);
 
 // The bytes of the picture file. Throws InputError like the check, and for a picture too small for
@@ -16,6 +17,7 @@ void CheckPlotOptions(const PlotOptions& options);
 std::string PlotBytes(const PlotOptions& options, const FinishedDesign& design);
 
 // The same picture as an <svg> element for a page; `output` is not looked at.
+// Empty where pictures are not drawn.
 std::string PlotElement(const PlotOptions& options, const FinishedDesign& design);
 
 // Designs for design.response and writes the picture; of `design` only what concerns the response,

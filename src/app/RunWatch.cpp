@@ -5,9 +5,8 @@
 #include <thread>
 #include <utility>
 
-#include <unistd.h>
-
 #include "app/Interruption.h"
+#include "app/Terminal.h"
 
 namespace tonvane {
 
@@ -46,7 +45,7 @@ RunEnd WatchRun(CStreamEngine& engine, const RunNews& news, std::chrono::millise
 }
 
 ProgressLine::ProgressLine(std::string title)
-    : title_(std::move(title)), isTerminal_(isatty(STDOUT_FILENO) == 1) {}
+    : title_(std::move(title)), isTerminal_(IsTerminal()) {}
 
 ProgressLine::~ProgressLine() {
     if (isTerminal_ && shown_ >= 0) {

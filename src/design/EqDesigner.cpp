@@ -134,7 +134,8 @@ void EqDesigner::minimumPhase(const DesignCurve& power) {
 void EqDesigner::resampleCurve(int32_t outputRate, double fillAmplitude) {
     const double step = static_cast<double>(outputRate) / sampleRate;
     const auto powerAt = [&](int64_t j) {
-        return j >= 0 && j < designPoints ? filterPower[j] : fillAmplitude * fillAmplitude;
+        return j >= 0 && j < designPoints ? filterPower[static_cast<size_t>(j)]
+                                          : fillAmplitude * fillAmplitude;
     };
     for (int32_t i = 0; i < designPoints; ++i) {
         const double position = i * step;

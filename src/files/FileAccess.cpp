@@ -24,7 +24,7 @@ std::string reasonOf(int error) {
 }
 
 // Writes and closes; the reason of a failure, such as a full disk.
-std::optional<std::string> writeTo(const std::string& path, const std::string& contents) {
+std::optional<std::string> writeTo(const fs::path& path, const std::string& contents) {
     errno = 0;
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(contents.data(), static_cast<std::streamsize>(contents.size()));
@@ -36,7 +36,7 @@ std::optional<std::string> writeTo(const std::string& path, const std::string& c
 }
 
 // Whether an existing file may be written, found without changing it.
-std::optional<std::string> refusalToWrite(const std::string& path) {
+std::optional<std::string> refusalToWrite(const fs::path& path) {
     errno = 0;
     if (std::ofstream(path, std::ios::binary | std::ios::app).is_open()) {
         return std::nullopt;
@@ -128,7 +128,7 @@ void discard(const std::vector<Staged>& files) {
 }  // namespace
 
 std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most) {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(fs::path(path), std::ios::binary);
     if (!in.is_open() || isFolder(path)) {
         return std::nullopt;
     }

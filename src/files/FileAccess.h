@@ -1,4 +1,4 @@
-// Opening, reading and replacing files.
+// Opening, reading and replacing files. Paths are UTF-8 on every system.
 #pragma once
 
 #include <cstddef>

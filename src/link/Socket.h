@@ -1,4 +1,4 @@
-// TCP client sockets of this computer: the one file that calls the platform's socket functions.
+// TCP client sockets of this computer: the one place that calls the platform's socket functions.
 //
 // Handles are the platform's, -1 for none. Calls block; none raises a signal.
 #pragma once

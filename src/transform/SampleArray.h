@@ -1,6 +1,7 @@
 // An owned array of doubles that grows and never shrinks.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -16,8 +17,8 @@ struct SampleArray {
     // runs out, which leaves the array empty.
     bool ensure(int32_t n);
 
-    double& operator[](int64_t index) { return data[index]; }
-    double operator[](int64_t index) const { return data[index]; }
+    double& operator[](int64_t index) { return data[static_cast<size_t>(index)]; }
+    double operator[](int64_t index) const { return data[static_cast<size_t>(index)]; }
     [[nodiscard]] std::span<double> first(int32_t n) {
         return {data.get(), static_cast<size_t>(n)};
     }

@@ -1,6 +1,7 @@
 // What the dialog answers to, as one table, and what it does then.
 #include <algorithm>
 #include <climits>
+#include <stdexcept>
 
 #include "files/FileAccess.h"
 #include "files/RegisterDump.h"
@@ -222,12 +223,17 @@ void CMainDlg::OnSavePicture(const DialogMessage& /*m*/) {
                               .shown = display_.shown,
                               .caption = {}};
     std::string contents;
-    if (path->ends_with(".svg")) {
-        contents = PlotSvg(run, values_, picture);
-    } else if (path->ends_with(".pdf")) {
-        contents = PlotPdf(run, values_, picture);
-    } else {
-        contents = PlotPng(run, values_, picture);
+    try {
+        if (path->ends_with(".svg")) {
+            contents = PlotSvg(run, values_, picture);
+        } else if (path->ends_with(".pdf")) {
+            contents = PlotPdf(run, values_, picture);
+        } else {
+            contents = PlotPng(run, values_, picture);
+        }
+    } catch (const std::runtime_error& error) {
+        showError(std::string("Failed to save the picture: ") + error.what());
+        return;
     }
     if (const auto reason = ReplaceFile(*path, contents)) {
         showError("Failed to save the picture: " + *reason);

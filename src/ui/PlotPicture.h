@@ -18,8 +18,12 @@ struct PlotPicture {
     std::string caption;  // UTF-8, below the legend; wrapped, and cut after three lines
 };
 
+// Whether this build draws pictures: that takes Cairo, which there is not on Windows.
+bool DrawsPictures();
+
 // The bytes of a file, the same for the same run and picture. All throw std::runtime_error for a
-// picture whose legend and caption leave no room for the plot, or that there is no memory for.
+// picture whose legend and caption leave no room for the plot, or that there is no memory for, and
+// where no pictures are drawn.
 std::string PlotPng(const TuningRun& run, const ProgramValues& values, const PlotPicture& picture);
 std::string PlotSvg(const TuningRun& run, const ProgramValues& values, const PlotPicture& picture);
 std::string PlotPdf(const TuningRun& run, const ProgramValues& values, const PlotPicture& picture);

@@ -4,6 +4,8 @@
 #include <array>
 #include <limits>
 
+#include "wavefile/OpenFile.h"
+
 namespace tonvane {
 
 namespace {
@@ -54,7 +56,7 @@ bool CRiffFile::openFile(const std::string& path, const char* openMode, const ch
         return false;
     }
     // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the unique_ptr is the owner
-    file.reset(std::fopen(path.c_str(), openMode));
+    file.reset(OpenFile(path, openMode));
     if (!file) {
         std::fprintf(stderr, "can't open file %s for %s\n", path.c_str(), purpose);
         return false;

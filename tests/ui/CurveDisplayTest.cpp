@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 
 #include "files/TestFiles.h"
-#include "graph/CairoCanvas.h"
 #include "graph/RecordingCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
 #include "transform/FftTables.h"
 #include "ui/CurveDisplay.h"
 #include "ui/Pictures.h"

@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "graph/CairoCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
 #include "ui/Controls.h"
 
 namespace tonvane::tests {

@@ -29,9 +29,22 @@ constexpr int32_t simulatedDeviceId = 300;  // behind the last id that the windo
 // "simulated", a loopback without hardware. No server is started, nothing is written.
 std::vector<DeviceEntry> ListDevices();
 
-// The entry of a name or an id. Beside the listed ones "alsa:PCM" is the PCM of that name in the
-// ALSA configuration. An entry without `make` when there is none.
+// The entry of a name or an id, listed or not. An entry without `make` when there is none.
 DeviceEntry FindDevice(const std::vector<DeviceEntry>& devices, std::string_view name);
+
+// A device by a name that is not in the list: "alsa:PCM" is the PCM of that name in the ALSA
+// configuration. An entry without `make` for any other name.
+DeviceEntry UnlistedDevice(std::string_view name);
+
+// The names that UnlistedDevice takes, for the person.
+struct DevicePattern {
+    std::string name;
+    std::string description;
+};
+std::vector<DevicePattern> DevicePatterns();
+
+// Whether this computer has a sound card, in use or not.
+bool HasSoundCard();
 
 // The simulated device with a setup of one's own.
 DeviceEntry SimulatedDevice(SimulatedSetup setup);

@@ -180,7 +180,7 @@ void CSimulatedWave::putCaptured(int32_t channel, std::span<const double> block,
     for (int32_t i = 0; i < stepFrames; ++i) {
         double sample = block[i];
         if (length > 0) {
-            std::swap(sample, delay[(now_ + i) % length]);
+            std::swap(sample, delay[static_cast<size_t>((now_ + i) % length)]);
         }
         sample *= setup_.gain;
         if (setup_.noise != 0.0) {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "graph/CairoCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
 #include "ui/MainDlg.h"
 
 namespace tonvane {

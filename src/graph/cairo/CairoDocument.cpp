@@ -4,7 +4,7 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 
-#include "graph/CairoSurface.h"
+#include "graph/cairo/CairoSurface.h"
 
 namespace tonvane {
 

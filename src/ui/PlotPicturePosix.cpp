@@ -1,10 +1,9 @@
-#include "ui/PlotPicture.h"
-
 #include <algorithm>
 #include <stdexcept>
 #include <vector>
 
-#include "graph/CairoCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
+#include "ui/PlotPicture.h"
 
 namespace tonvane {
 
@@ -183,6 +182,10 @@ std::string plotDocument(DocumentKind kind, const TuningRun& run, const ProgramV
 }
 
 }  // namespace
+
+bool DrawsPictures() {
+    return true;
+}
 
 std::string PlotPng(const TuningRun& run, const ProgramValues& values, const PlotPicture& picture) {
     const int32_t unit = picture.scale * resolution;

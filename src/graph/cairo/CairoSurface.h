@@ -9,8 +9,8 @@
 
 #include <cairo.h>
 
-#include "graph/CairoCanvas.h"
 #include "graph/StrokePainter.h"
+#include "graph/cairo/CairoCanvas.h"
 
 namespace tonvane {
 

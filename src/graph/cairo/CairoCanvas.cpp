@@ -1,12 +1,12 @@
-#include "graph/CairoCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <utility>
 
-#include "graph/CairoSurface.h"
 #include "graph/DrawingList.h"
+#include "graph/cairo/CairoSurface.h"
 
 namespace tonvane {
 

@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include "graph/CairoCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
 
 namespace tonvane {
 namespace {

@@ -1,0 +1,11 @@
+#include <unistd.h>
+
+#include "app/Terminal.h"
+
+namespace tonvane {
+
+bool IsTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
+}  // namespace tonvane
