@@ -1,7 +1,8 @@
 #include <memory>
 
-#include <shellapi.h>
 #include <windows.h>
+// After the above.
+#include <shellapi.h>
 
 #include "app/ProgramArguments.h"
 

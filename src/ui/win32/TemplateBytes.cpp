@@ -28,7 +28,7 @@ ControlClass classOf(ControlKind kind) {
         case ControlKind::groupBox:
             return {WC_BUTTONW, common | BS_GROUPBOX};
         case ControlKind::text:
-            return {WC_STATICW, common | SS_LEFT};
+            return {WC_STATICW, common | SS_LEFT | SS_ENDELLIPSIS};
         case ControlKind::button:
             return {WC_BUTTONW, operated | BS_PUSHBUTTON};
         case ControlKind::defaultButton:
