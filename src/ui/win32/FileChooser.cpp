@@ -27,6 +27,15 @@ std::wstring filterOf(const FileDialog& wanted) {
     return filter;
 }
 
+// Windows gives the extension to a file that is to be written, and not always to one to be opened.
+std::filesystem::path withExtension(std::filesystem::path path, const std::wstring& extension) {
+    std::error_code ignored;
+    if (!path.has_extension() && !std::filesystem::exists(path, ignored)) {
+        path += L"." + extension;
+    }
+    return path;
+}
+
 }  // namespace
 
 std::optional<std::string> ChooseFile(const FileDialog& wanted) {
@@ -51,7 +60,10 @@ std::optional<std::string> ChooseFile(const FileDialog& wanted) {
     const BOOL chosen = wanted.form == FileDialog::Form::save ? GetSaveFileNameW(&dialog)
                                                               : GetOpenFileNameW(&dialog);
     std::filesystem::current_path(folder, ignored);
-    return chosen != FALSE ? std::optional(Narrow(path.data())) : std::nullopt;
+    if (chosen == FALSE) {
+        return std::nullopt;
+    }
+    return Narrow(withExtension(path.data(), extension).native());
 }
 
 }  // namespace tonvane

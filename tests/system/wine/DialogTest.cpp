@@ -269,7 +269,7 @@ TEST_F(Dialog, APanelThatNobodySeesReachesTheAmplifier) {
     probe({"post", "2070"});
     const std::string chooser = screen.awaitWindow("Open");
     ASSERT_TRUE(screen.awaitActive([&](const std::string& active) { return active == chooser; }));
-    screen.type("Z:" + folder.path() + "/dump");
+    screen.type("dump");  // in the working directory
     screen.key({"Return"});
     const auto dump = [&] { return Contents(folder / "dump.dat"); };
     ASSERT_TRUE(tests::Await([&] { return std::ranges::count(dump(), '\n') == 120; }));
