@@ -7,7 +7,7 @@ if(WIN32)
         list(APPEND CMAKE_MODULE_PATH ${PROJECT_SOURCE_DIR}/cmake/windows)
     endif()
     # Windows 7 and later; UTF-16 entry points where the names alone do not say which.
-    add_compile_definitions(_WIN32_WINNT=0x0601 WINVER=0x0601 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+    add_compile_definitions(_WIN32_WINNT=0x0601 WINVER=0x0601 UNICODE _UNICODE NOMINMAX)
 else()
     set(TONVANE_PLATFORM Posix)
 endif()

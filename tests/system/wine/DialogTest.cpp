@@ -264,7 +264,7 @@ TEST_F(Dialog, APanelThatNobodySeesReachesTheAmplifier) {
             ASSERT_NE(from, sent.end()) << testing::PrintToString(step.words) << frame;
         }
     }
-    EXPECT_EQ(probe({"text", "2073"}), "PEQ Coef L0\r\n");
+    EXPECT_EQ(probe({"text", "2073"}), "PEQ Coef L0\n");
 
     probe({"post", "2070"});
     const std::string chooser = screen.awaitWindow("Open");
@@ -273,7 +273,7 @@ TEST_F(Dialog, APanelThatNobodySeesReachesTheAmplifier) {
     screen.key({"Return"});
     const auto dump = [&] { return Contents(folder / "dump.dat"); };
     ASSERT_TRUE(tests::Await([&] { return std::ranges::count(dump(), '\n') == 120; }));
-    EXPECT_THAT(dump(), HasSubstr("\n46\t00020021\r\n"));
+    EXPECT_THAT(dump(), HasSubstr("\n46\t00020021"));
     probe({"send", "2061"});
     screen.key({"Escape"});
     EXPECT_EQ(program->exitCode(), 2);
@@ -283,10 +283,7 @@ TEST_F(Dialog, RecentFilesAreThoseOfTheRegistryNewestFirst) {
     const std::string key = R"(HKCU\Software\Halvern\Tonvane2\Recent File List)";
     const auto registry = [&](Lines words) {
         words.insert(words.begin() + 1, key);
-        const std::string output = folder / "registry";
-        std::filesystem::remove(output);
-        tests::Process(tests::WineStart("reg", words, folder.path(), {}, output)).exitCode();
-        return Contents(output);
+        return tests::RunUnderWine({.program = "reg", .arguments = words}).output;
     };
     folder.write("short.wav", silence(8000, 8000));
     folder.write("long.wav", silence(8000, 10 * 8000 + 800));
@@ -295,18 +292,18 @@ TEST_F(Dialog, RecentFilesAreThoseOfTheRegistryNewestFirst) {
     registry({"add", "/v", "File0", "/d", "short.wav", "/f"});
     registry({"add", "/v", "File1", "/t", "REG_EXPAND_SZ", "/d", "long.wav", "/f"});
     start({});
-    EXPECT_EQ(probe({"items", "1000"}), "* short.wav\r\nlong.wav\r\n");
-    EXPECT_EQ(probe({"text", "1005"}), "00:00 / 00:01\r\n");
+    EXPECT_EQ(probe({"items", "1000"}), "* short.wav\nlong.wav\n");
+    EXPECT_EQ(probe({"text", "1005"}), "00:00 / 00:01\n");
     probe({"choose", "1000", "1"});
-    EXPECT_EQ(probe({"text", "1005"}), "00:00 / 00:11\r\n");  // 10.1 seconds
+    EXPECT_EQ(probe({"text", "1005"}), "00:00 / 00:11\n");  // 10.1 seconds
     probe({"slide", "1004", "21"});
-    EXPECT_EQ(probe({"text", "1005"}), "00:05 / 00:11\r\n");
+    EXPECT_EQ(probe({"text", "1005"}), "00:05 / 00:11\n");
     probe({"post", "8"});
     ASSERT_EQ(program->exitCode(), 0);
     EXPECT_THAT(registry({"query", "/v", "File0"}), HasSubstr("long.wav"));
     EXPECT_THAT(registry({"query", "/v", "File1"}), HasSubstr("short.wav"));
     start({});
-    EXPECT_EQ(probe({"items", "1000"}), "* long.wav\r\nshort.wav\r\n");
+    EXPECT_EQ(probe({"items", "1000"}), "* long.wav\nshort.wav\n");
     registry({"delete", "/f"});
 }
 
@@ -314,12 +311,12 @@ TEST_F(Dialog, TellsOfFilesThatCannotBeReadAndComesUpAllTheSame) {
     folder.write("bad.txt", "no target");
     start({"-cmd", "48000", "missing.qsr", "qsr", "f.txt", "bad.txt"}, "Error");
     EXPECT_EQ(probe("Error", {"text", "65535"}),
-              "Failed to load desired response data. File is missing.\r\n");
+              "Failed to load desired response data. File is missing.\n");
     const std::string first = window;
     screen.key({"Return"});
     ASSERT_TRUE(screen.awaitActive([&](const std::string& active) { return active != first; }));
     ASSERT_NE(screen.awaitWindow("Error"), "");
-    EXPECT_EQ(probe("Error", {"text", "65535"}), "Failed to open speaker response file\r\n");
+    EXPECT_EQ(probe("Error", {"text", "65535"}), "Failed to open speaker response file\n");
     screen.key({"Return"});
     window = screen.awaitWindow("Tonvane");
     ASSERT_TRUE(screen.awaitActive([&](const std::string& active) { return active == window; }));

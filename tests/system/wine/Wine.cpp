@@ -2,29 +2,47 @@
 
 #include <cstdlib>
 
+#include "files/TestFiles.h"
+
 namespace tonvane::tests {
 
 namespace {
 
-std::string variable(const char* name, const std::string& otherwise) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? otherwise : value;
+std::string setting(const char* variable, const std::string& otherwise) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0' ? value : otherwise;
 }
 
 }  // namespace
 
 std::string WindowsProgram(const std::string& name) {
-    return variable("TONVANE_WINDOWS_PROGRAMS", ".") + "/" + name;
+    return setting("TONVANE_WINDOWS_BIN", TONVANE_WINDOWS_BIN) + "/" + name;
 }
 
-ProcessStart WineStart(const std::string& program, const std::vector<std::string>& arguments,
-                       const std::string& folder, std::map<std::string, std::string> environment,
-                       const std::string& output) {
-    std::vector<std::string> all{variable("TONVANE_WINE", "wine"), program};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    environment["WINEPREFIX"] = variable("TONVANE_WINE_PREFIX", "");
-    environment["WINEDEBUG"] = "-all";
-    return {.arguments = all, .folder = folder, .environment = environment, .output = output};
+ProcessStart UnderWine(const WineStart& start) {
+    const bool isOurs = start.program.ends_with(".exe");
+    ProcessStart process{
+        {setting("TONVANE_WINE", "wine"), isOurs ? WindowsProgram(start.program) : start.program},
+        start.folder,
+        start.environment,
+        start.output};
+    process.arguments.insert(process.arguments.end(), start.arguments.begin(),
+                             start.arguments.end());
+    process.environment.try_emplace("WINEDEBUG", "-all");
+    return process;
+}
+
+WineResult RunUnderWine(WineStart start) {
+    const TemporaryFolder folder;
+    start.output = folder / "output";
+    Process process(UnderWine(start));
+    WineResult result{process.exitCode(), {}};
+    for (const char c : Contents(start.output)) {
+        if (c != '\r') {
+            result.output += c;
+        }
+    }
+    return result;
 }
 
 }  // namespace tonvane::tests

@@ -1,12 +1,13 @@
-// Windows programs under Wine.
+// Programs built for Windows, under Wine.
 //
-// The environment says what runs them: TONVANE_WINE a program that takes a Windows program and its
-// arguments (wine), TONVANE_WINE_PREFIX the folder that Wine keeps its Windows in, and
-// TONVANE_WINDOWS_PROGRAMS the folder of the programs. All these are set by
-// tools/run-windows-tests.
+// The environment says with what: TONVANE_WINE is the command that starts a Windows program ("wine"
+// without it), TONVANE_WINDOWS_BIN the folder that the programs were built into, WINEPREFIX the
+// prefix to use. tools/run-windows-tests sets them. All tests share the prefix: they run one after
+// another, and each undoes what it has left in the registry.
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,10 +15,26 @@
 
 namespace tonvane::tests {
 
+// The path of a program that was built for Windows, such as "tonvane-cli.exe".
 std::string WindowsProgram(const std::string& name);
 
-ProcessStart WineStart(const std::string& program, const std::vector<std::string>& arguments,
-                       const std::string& folder, std::map<std::string, std::string> environment,
-                       const std::string& output);
+struct WineStart {
+    std::string program;  // for WindowsProgram, or a program of Wine's: "reg"
+    std::vector<std::string> arguments{};
+    std::string folder{};  // the working directory; empty for the test's
+    std::map<std::string, std::string> environment{};  // DISPLAY among them for one with a window
+    std::string output{};                              // file for what it prints; empty for nowhere
+};
+
+// What starts it as a Process.
+ProcessStart UnderWine(const WineStart& start);
+
+struct WineResult {
+    std::optional<int> exitCode;  // nothing for a program that did not end by itself
+    std::string output;           // of both streams, with LF line ends
+};
+
+// Runs it to its end; `output` of the start is not looked at.
+WineResult RunUnderWine(WineStart start);
 
 }  // namespace tonvane::tests

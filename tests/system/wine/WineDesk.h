@@ -53,13 +53,12 @@ class WineDesk : public testing::Test {
 
     // What the probe prints of the window of a title, or does to it.
     std::string probe(const std::string& title, std::vector<std::string> words) {
-        const std::string output = folder / "probed";
-        std::filesystem::remove(output);
         words.insert(words.begin(), title);
-        Process process(WineStart(WindowsProgram("window-probe.exe"), words, folder.path(),
-                                  {{"DISPLAY", screen.display()}}, output));
-        EXPECT_EQ(process.exitCode(), 0) << title << " " << testing::PrintToString(words);
-        return Contents(output);
+        const WineResult result = RunUnderWine({.program = WindowsProgram("window-probe.exe"),
+                                                .arguments = words,
+                                                .environment = {{"DISPLAY", screen.display()}}});
+        EXPECT_EQ(result.exitCode, 0) << testing::PrintToString(words);
+        return result.output;
     }
     std::string probe(const std::vector<std::string>& words) { return probe("Tonvane", words); }
 
