@@ -164,6 +164,14 @@ ScreenPicture Screen::picture() {
     return {width, height, contents.substr(static_cast<size_t>(head) + 1)};
 }
 
+std::string Screen::png(ScreenPoint corner, ScreenPoint size) {
+    const std::string file = folder_ / "part.png";
+    std::string part = std::to_string(size.x) + "x" + std::to_string(size.y);
+    part += "+" + std::to_string(corner.x) + "+" + std::to_string(corner.y);
+    run({"import", "-silent", "-window", "root", "-crop", part, "+repage", file});
+    return Contents(file);
+}
+
 void Screen::save(const std::string& path) {
     run({"import", "-silent", "-window", "root", path});
 }

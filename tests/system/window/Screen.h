@@ -65,6 +65,9 @@ class Screen {
     ScreenPoint cornerOf(const std::string& window);
     ScreenPicture picture();
 
+    // A rectangle of the screen as the bytes of a PNG file.
+    std::string png(ScreenPoint corner, ScreenPoint size);
+
     // Keeps the screen as a picture for people.
     void save(const std::string& path);
 
