@@ -3,6 +3,8 @@
 #include <memory>
 
 #include <windows.h>
+// After the above.
+#include <shellapi.h>
 
 namespace tonvane {
 

@@ -31,7 +31,9 @@ Rectangle box(const Segment& s, Point origin, int32_t width, const Rectangle& cl
             clampTo(int64_t{bottom} + origin.y + behind, clip.top, clip.bottom)};
 }
 
-uint32_t mix(uint32_t under, uint32_t over, uint32_t coverage) {
+}  // namespace
+
+uint32_t MixPixels(uint32_t under, uint32_t over, uint32_t coverage) {
     uint32_t mixed = 0xFF000000U;
     for (uint32_t shift = 0; shift < 24U; shift += 8U) {
         const uint32_t a = (under >> shift) & 0xFFU;
@@ -40,8 +42,6 @@ uint32_t mix(uint32_t under, uint32_t over, uint32_t coverage) {
     }
     return mixed;
 }
-
-}  // namespace
 
 uint32_t PixelOf(Color color) {
     return 0xFF000000U | (color & 0xFFU) << 16U | (color & 0xFF00U) | (color >> 16U & 0xFFU);
@@ -173,7 +173,7 @@ void StrokePainter::paintCoverage(const PixelRows& target, uint32_t pixel) {
         uint32_t* row = target.row(y);
         for (int32_t x = left; x < right; ++x) {
             if (covered[x] != 0) {
-                row[x] = mix(row[x], pixel, covered[x]);
+                row[x] = MixPixels(row[x], pixel, covered[x]);
                 covered[x] = 0;
             }
         }

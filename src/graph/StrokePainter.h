@@ -30,6 +30,9 @@ struct PixelRows {
 // A Color as an opaque pixel.
 uint32_t PixelOf(Color color);
 
+// What is seen where `coverage` of 255 parts of a pixel are painted over.
+uint32_t MixPixels(uint32_t under, uint32_t over, uint32_t coverage);
+
 // A line between two points that need not be whole pixels.
 struct Line {
     double x0, y0, x1, y1;

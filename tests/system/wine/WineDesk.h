@@ -1,0 +1,92 @@
+// Tonvane.exe under Wine on a screen, in a folder of its own.
+#pragma once
+
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "system/Program.h"
+#include "system/window/Screen.h"
+#include "system/wine/Wine.h"
+
+namespace tonvane::tests {
+
+// A control as a program outside sees it; the place in pixels of the dialog's client area.
+struct WindowControl {
+    int id;
+    bool isShown;
+    bool isEnabled;
+    ScreenPoint corner;
+    ScreenPoint size;
+};
+
+class WineDesk : public testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(screen.isUp()); }
+
+    // Leaves a picture of the screen beside the test program when something went wrong.
+    void TearDown() override {
+        if (HasFailure()) {
+            const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+            std::string name = std::string(info->test_suite_name()) + "." + info->name() + ".png";
+            std::ranges::replace(name, '/', '-');
+            screen.save(name);
+        }
+    }
+
+    // Starts the program in the folder and waits for its window.
+    void start(const std::vector<std::string>& arguments, const std::string& title = "Tonvane",
+               const std::map<std::string, std::string>& environment = {}) {
+        auto variables = environment;
+        variables["DISPLAY"] = screen.display();
+        program =
+            std::make_unique<Process>(WineStart(WindowsProgram("Tonvane.exe"), arguments,
+                                                folder.path(), variables, folder / "printed"));
+        window = screen.awaitWindow(title);
+        ASSERT_NE(window, "") << Contents(folder / "printed");
+        ASSERT_TRUE(
+            screen.awaitActive([&](const std::string& active) { return active == window; }));
+    }
+
+    // What the probe prints of the window of a title, or does to it.
+    std::string probe(const std::string& title, std::vector<std::string> words) {
+        words.insert(words.begin(), title);
+        const WineResult result = RunUnderWine({.program = WindowsProgram("window-probe.exe"),
+                                                .arguments = words,
+                                                .environment = {{"DISPLAY", screen.display()}}});
+        EXPECT_EQ(result.exitCode, 0) << testing::PrintToString(words);
+        return result.output;
+    }
+    std::string probe(const std::vector<std::string>& words) { return probe("Tonvane", words); }
+
+    std::vector<WindowControl> controls() {
+        std::istringstream lines(probe({"controls"}));
+        std::vector<WindowControl> all;
+        char shown = ' ';
+        char enabled = ' ';
+        for (WindowControl c{}; lines >> c.id >> shown >> enabled >> c.corner.x >> c.corner.y >>
+                                c.size.x >> c.size.y;) {
+            c.isShown = shown == 'V';
+            c.isEnabled = enabled == 'E';
+            all.push_back(c);
+        }
+        return all;
+    }
+
+    // The client area's upper left corner on the screen.
+    ScreenPoint corner() {
+        ScreenPoint at{};
+        std::istringstream(probe({"client"})) >> at.x >> at.y;
+        return at;
+    }
+
+    Screen screen;
+    TemporaryFolder folder;
+    std::unique_ptr<Process> program;
+    std::string window;
+};
+
+}  // namespace tonvane::tests
