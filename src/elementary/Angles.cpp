@@ -33,7 +33,7 @@ DoubleDouble sineOf(DoubleDouble x) {
 }
 
 DoubleDouble cosineOf(DoubleDouble x) {
-    const DoubleDouble square = ExactProduct(x.hi, x.hi);
+    const DoubleDouble square = Square(x.hi, Halves(x.hi));
     const double z = square.hi;
     const double series =
         z * z *

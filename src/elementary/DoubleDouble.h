@@ -26,17 +26,27 @@ constexpr DoubleDouble ExactSum(double a, double b) {
     return {sum, (a - (sum - part)) + (b - part)};
 }
 
-// a * b without error, for |a| and |b| below 2^990.
-constexpr DoubleDouble ExactProduct(double a, double b) {
+// x as the sum of two numbers of 26 bits (Veltkamp), for |x| below 2^990.
+constexpr DoubleDouble Halves(double x) {
     constexpr double splitter = 134217729.0;  // 2^27 + 1
-    const double aBig = splitter * a;
-    const double aHigh = aBig - (aBig - a);
-    const double aLow = a - aHigh;
-    const double bBig = splitter * b;
-    const double bHigh = bBig - (bBig - b);
-    const double bLow = b - bHigh;
+    const double big = splitter * x;
+    const double high = big - (big - x);
+    return {high, x - high};
+}
+
+// a * b without error.
+constexpr DoubleDouble ExactProduct(double a, double b) {
+    const DoubleDouble x = Halves(a);
+    const DoubleDouble y = Halves(b);
     const double product = a * b;
-    return {product, ((aHigh * bHigh - product) + aHigh * bLow + aLow * bHigh) + aLow * bLow};
+    return {product, ((x.hi * y.hi - product) + x.hi * y.lo + x.lo * y.hi) + x.lo * y.lo};
+}
+
+// x * x without error, given its halves.
+constexpr DoubleDouble Square(double x, DoubleDouble halves) {
+    const double square = x * x;
+    return {square, ((halves.hi * halves.hi - square) + 2.0 * halves.hi * halves.lo) +
+                        halves.lo * halves.lo};
 }
 
 constexpr DoubleDouble operator+(DoubleDouble a, DoubleDouble b) {

@@ -40,9 +40,14 @@ consteval std::array<DoubleDouble, powerSteps> powersOfTwo() {
     return table;
 }
 
-// ln(i/128) for i from firstLogStep, by the series of the inverse hyperbolic tangent.
-consteval std::array<DoubleDouble, lastLogStep - firstLogStep + 1> logarithms() {
-    std::array<DoubleDouble, lastLogStep - firstLogStep + 1> table{};
+struct LogStep {
+    DoubleDouble log;
+    double inverse;  // 1/c to the nearest double
+};
+
+// ln(c) for c = i/128, i from firstLogStep, by the series of the inverse hyperbolic tangent.
+consteval std::array<LogStep, lastLogStep - firstLogStep + 1> logarithms() {
+    std::array<LogStep, lastLogStep - firstLogStep + 1> table{};
     for (int32_t i = firstLogStep; i <= lastLogStep; ++i) {
         const DoubleDouble z = DoubleDouble{static_cast<double>(i - logSteps), 0.0} /
                                DoubleDouble{static_cast<double>(i + logSteps), 0.0};
@@ -52,7 +57,7 @@ consteval std::array<DoubleDouble, lastLogStep - firstLogStep + 1> logarithms() 
             power = power * z * z;
             sum = sum + power / DoubleDouble{static_cast<double>(n), 0.0};
         }
-        table[static_cast<size_t>(i - firstLogStep)] = sum;
+        table[static_cast<size_t>(i - firstLogStep)] = {sum, static_cast<double>(logSteps) / i};
     }
     return table;
 }
@@ -121,12 +126,15 @@ DoubleDouble logarithm(double x) {
     }
     const double i = Nearest(m * logSteps);
     const double c = i / logSteps;
+    const LogStep& step = logTable[static_cast<size_t>(i) - firstLogStep];
+    // q = (m - c)/c as a double-double: q, whose halves have exact products with c, and what is
+    // left.
     const double difference = m - c;  // exact
-    const double q = difference / c;
-    const DoubleDouble back = ExactProduct(q, c);
-    const double qLow = ((difference - back.hi) - back.lo) / c;
+    const double q = difference * step.inverse;
+    const DoubleDouble halves = Halves(q);
+    const double qLow = ((difference - halves.hi * c) - halves.lo * c) * step.inverse;
 
-    const DoubleDouble square = ExactProduct(q, q);
+    const DoubleDouble square = Square(q, halves);
     const double series =
         q * square.hi *
         (1.0 / 3 +
@@ -137,12 +145,11 @@ DoubleDouble logarithm(double x) {
 
     constexpr double ln2High = 0x1.62e42fefa3800p-1;  // products with e are exact
     constexpr double ln2Low = 0x1.ef35793c76730p-45;
-    const DoubleDouble& ofC = logTable[static_cast<size_t>(i) - firstLogStep];
-    const DoubleDouble first = ExactSum(e * ln2High, ofC.hi);
+    const DoubleDouble first = ExactSum(e * ln2High, step.log.hi);
     const DoubleDouble second = ExactSum(first.hi, q);
     const DoubleDouble third = ExactSum(second.hi, -0.5 * square.hi);
     const double low = first.lo + second.lo + third.lo +
-                       (e * ln2Low + ofC.lo + (qLow * (1.0 - q) - 0.5 * square.lo) + series);
+                       (e * ln2Low + step.log.lo + (qLow * (1.0 - q) - 0.5 * square.lo) + series);
     return FastSum(third.hi, low);
 }
 
