@@ -1,8 +1,8 @@
+#include "app/Interruption.h"
+
 #include <atomic>
 
 #include <windows.h>
-
-#include "app/Interruption.h"
 
 namespace tonvane {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "files/FileAccess.h"
 #include "files/InputError.h"
 
 namespace tonvane {
@@ -11,9 +12,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isSameFile(const std::string& a, const std::string& b) {
+bool isSameFile(const fs::path& a, const fs::path& b) {
     std::error_code ignored;
-    const auto place = [&](const std::string& path) {
+    const auto place = [&](const fs::path& path) {
         return fs::weakly_canonical(fs::absolute(path, ignored), ignored);
     };
     return place(a) == place(b) || fs::equivalent(a, b, ignored);
@@ -24,9 +25,10 @@ bool isSameFile(const std::string& a, const std::string& b) {
 void ExpectDistinctFiles(const std::vector<std::string>& outputs, std::vector<std::string> inputs) {
     for (const std::string& output : outputs) {
         std::error_code ignored;
-        const bool special = fs::exists(output, ignored) && !fs::is_regular_file(output, ignored);
+        const fs::path place = PathOf(output);
+        const bool special = fs::exists(place, ignored) && !fs::is_regular_file(place, ignored);
         const bool used = std::ranges::any_of(inputs, [&](const std::string& other) {
-            return !other.empty() && isSameFile(output, other);
+            return !other.empty() && isSameFile(place, PathOf(other));
         });
         if (used && !special) {
             throw InputError(output, "would overwrite another file of this command");
@@ -42,7 +44,7 @@ void WriteOutputs(std::span<const NewContents> files) {
 }
 
 std::string LowerCaseExtension(const std::string& path) {
-    std::string extension = fs::path(path).extension().string();
+    std::string extension = TextOf(PathOf(path).extension());
     std::ranges::transform(extension, extension.begin(), [](char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     });

@@ -90,7 +90,7 @@ std::string captionOf(const std::string& response, const DesignReport& report) {
         " at %d Hz, gain clamp %.0f dB: off the target by %.1f dB RMS as measured, %.1f dB "
         "RMS equalized",
         report.sampleRate, report.gainClampDb, report.deviationBeforeDb, report.deviationAfterDb);
-    return std::filesystem::path(response).filename().string() + text;
+    return TextOf(PathOf(response).filename()) + text;
 }
 
 PlotPicture captionedPicture(const PlotOptions& options, const FinishedDesign& design) {

@@ -1,10 +1,10 @@
+#include "app/ProgramArguments.h"
+
 #include <memory>
 
 #include <windows.h>
 // After the above.
 #include <shellapi.h>
-
-#include "app/ProgramArguments.h"
 
 namespace tonvane {
 

@@ -1,6 +1,6 @@
-#include <unistd.h>
-
 #include "app/Terminal.h"
+
+#include <unistd.h>
 
 namespace tonvane {
 

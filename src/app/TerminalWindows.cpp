@@ -1,6 +1,6 @@
-#include <windows.h>
-
 #include "app/Terminal.h"
+
+#include <windows.h>
 
 namespace tonvane {
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <random>
 #include <vector>
@@ -14,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isFolder(const std::string& path) {
+bool isFolder(const fs::path& path) {
     std::error_code ignored;
     return fs::is_directory(path, ignored);
 }
@@ -69,7 +68,7 @@ struct Staged {
 
 // Brings the contents beside the file without touching it; the reason of a failure.
 std::optional<std::string> stage(const NewContents& file, InPlace inPlace, Staged& staged) {
-    staged.target = followLinks(file.path);
+    staged.target = followLinks(PathOf(file.path));
     std::error_code error;
     const fs::file_status status = fs::status(staged.target, error);
     const bool exists = fs::exists(status);
@@ -127,9 +126,19 @@ void discard(const std::vector<Staged>& files) {
 
 }  // namespace
 
+fs::path PathOf(const std::string& text) {
+    return {std::u8string(text.begin(), text.end())};
+}
+
+std::string TextOf(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
 std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most) {
-    std::ifstream in(fs::path(path), std::ios::binary);
-    if (!in.is_open() || isFolder(path)) {
+    const fs::path place = PathOf(path);
+    std::ifstream in(place, std::ios::binary);
+    if (!in.is_open() || isFolder(place)) {
         return std::nullopt;
     }
     std::string contents;
@@ -194,7 +203,8 @@ std::string FindLowerCasePath(const std::string& path) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     });
     std::error_code ignored;
-    const bool isFile = fs::exists(lower, ignored) && !isFolder(lower);
+    const fs::path place = PathOf(lower);
+    const bool isFile = fs::exists(place, ignored) && !isFolder(place);
     return isFile ? lower : path;
 }
 

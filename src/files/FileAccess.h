@@ -2,11 +2,16 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <span>
 #include <string>
 
 namespace tonvane {
+
+// A path of the standard library, and back. Its own conversion of texts is another one on Windows.
+std::filesystem::path PathOf(const std::string& text);
+std::string TextOf(const std::filesystem::path& path);
 
 // The longest text that is read from a file; longer files are cut there.
 constexpr size_t longestText = size_t{16} << 20U;

@@ -1,9 +1,9 @@
+#include "link/Socket.h"
+
 #include <algorithm>
 #include <limits>
 
 #include <winsock2.h>
-
-#include "link/Socket.h"
 
 namespace tonvane::tcp {
 

@@ -1,3 +1,5 @@
+#include "soundfile/SoundFile.h"
+
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -8,7 +10,6 @@
 
 #include "files/FileAccess.h"
 #include "files/InputError.h"
-#include "soundfile/SoundFile.h"
 
 namespace tonvane {
 

@@ -1,7 +1,8 @@
+#include "soundfile/SoundFile.h"
+
 #include <stdexcept>
 
 #include "files/InputError.h"
-#include "soundfile/SoundFile.h"
 
 namespace tonvane {
 

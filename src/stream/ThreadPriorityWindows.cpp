@@ -1,6 +1,6 @@
-#include <windows.h>
-
 #include "stream/ThreadPriority.h"
+
+#include <windows.h>
 
 namespace tonvane {
 

@@ -2,11 +2,13 @@
 
 #include <filesystem>
 
+#include "files/FileAccess.h"
+
 namespace tonvane {
 
 std::string WorkingDirectory() {
     std::error_code ignored;
-    return std::filesystem::current_path(ignored).string() + "/";
+    return TextOf(std::filesystem::current_path(ignored)) + "/";
 }
 
 }  // namespace tonvane

@@ -1,9 +1,10 @@
+#include "ui/PlotPicture.h"
+
 #include <algorithm>
 #include <stdexcept>
 #include <vector>
 
 #include "graph/cairo/CairoCanvas.h"
-#include "ui/PlotPicture.h"
 
 namespace tonvane {
 

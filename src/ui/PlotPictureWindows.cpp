@@ -1,6 +1,6 @@
-#include <stdexcept>
-
 #include "ui/PlotPicture.h"
+
+#include <stdexcept>
 
 namespace tonvane {
 

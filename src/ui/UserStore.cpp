@@ -77,7 +77,7 @@ void FileUserStore::commit() {
         contents.append(name).append("=").append(value).append("\n");
     }
     std::error_code ignored;
-    std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);
+    std::filesystem::create_directories(PathOf(path_).parent_path(), ignored);
     ReplaceFile(path_, contents);
 }
 

@@ -41,7 +41,10 @@ std::vector<double> spread(double low, double high, double around) {
 }
 
 TEST(Elementary, ResultsLieWithinOneUlp) {
-    const std::vector<double> angles = spread(-1e15, 1e15, std::numbers::pi / 2);
+    std::vector<double> angles = spread(-1e15, 1e15, std::numbers::pi / 2);
+    for (int e = -1074; e <= 1023; ++e) {
+        angles.push_back(std::ldexp(1.0 + (e & 7) / 9.0, e));
+    }
     std::vector<double> positive = spread(1e-300, 1e300, 1.0);
     for (int e = -1074; e <= 1023; ++e) {
         positive.push_back(std::ldexp(1.0 + (e & 7) / 9.0, e));
@@ -59,6 +62,12 @@ TEST(Elementary, ResultsLieWithinOneUlp) {
                  angles);
     expectOneUlp([](double x) { return SinCos(x).cosine; }, [](Real x) { return std::cos(x); },
                  angles);
+    expectOneUlp(
+        Tan, [](Real x) { return std::tan(x); }, angles);
+    expectOneUlp(
+        Cosh, [](Real x) { return std::cosh(x); }, spread(-710, 710, 0));
+    expectOneUlp(
+        Tanh, [](Real x) { return std::tanh(x); }, spread(-25, 25, 0));
     expectOneUlp([](double x) { return Pow(x, seventh); },
                  [](Real x) { return std::pow(x, Real{seventh}); }, positive);
     expectOneUlp([](double x) { return Pow(300, x); }, [](Real x) { return std::pow(300.0L, x); },
@@ -81,6 +90,9 @@ TEST(Elementary, SpecialValuesGoAsInTheCLibrary) {
     for (const double x : ends) {
         expectSame(SinCos(x).sine, std::sin(x));
         expectSame(SinCos(x).cosine, std::cos(x));
+        expectSame(Tan(x), std::tan(x));
+        expectSame(Cosh(x), std::cosh(x));
+        expectSame(Tanh(x), std::tanh(x));
         expectSame(Pow(x, 0.0), 1.0);
         expectSame(Pow(std::fabs(x), -1.0), 1.0 / std::fabs(x));
         for (const double y : ends) {

@@ -1,9 +1,10 @@
+#include "device/menu/DeviceMenu.h"
+
 #include <filesystem>
 
 #include "device/alsa/AlsaWave.h"
 #include "device/jack/JackClient.h"
 #include "device/jack/JackWave.h"
-#include "device/menu/DeviceMenu.h"
 
 namespace tonvane {
 

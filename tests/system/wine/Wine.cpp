@@ -29,6 +29,7 @@ ProcessStart UnderWine(const WineStart& start) {
     process.arguments.insert(process.arguments.end(), start.arguments.begin(),
                              start.arguments.end());
     process.environment.try_emplace("WINEDEBUG", "-all");
+    process.environment.try_emplace("LC_ALL", "C.UTF-8");  // of the file names
     return process;
 }
 
