@@ -6,10 +6,10 @@
 
 namespace tonvane {
 
-std::vector<DeviceChoice> WindowDevices(bool withSimulated) {
+std::vector<DeviceChoice> WindowDevices(bool withSimulated, const ShowDeviceError& showError) {
     std::vector<DeviceChoice> choices;
     int nextId = defaultDeviceId;
-    for (DeviceEntry& entry : ListDevices()) {
+    for (DeviceEntry& entry : ListDevices(showError)) {
         if (entry.id == simulatedDeviceId && !withSimulated) {
             continue;
         }

@@ -2,11 +2,16 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "device/WaveDevice.h"
 
 namespace tonvane {
+
+// Shows the person an error in a box with the caption "Error", for the devices that do so by
+// themselves. On the thread of whoever opens or chooses the device.
+using ShowDeviceError = std::function<void(const std::string& text)>;
 
 // A device implements it beside CWaveDevice if it can tell. Callable from any thread.
 class DeviceFaults {

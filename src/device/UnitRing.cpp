@@ -33,7 +33,7 @@ bool UnitRing::Open(int32_t blockAlign, int32_t sampleRate, int32_t frames) {
 
 void UnitRing::Close() {
     if (open_.exchange(false)) {
-        wakeUp_->release();
+        wakeUp_->Release();
     }
 }
 
@@ -48,7 +48,7 @@ bool UnitRing::workerHasUnit() const {
 
 bool UnitRing::waitForUnit() {
     while (isOpen() && !workerHasUnit()) {
-        wakeUp_->acquire();
+        wakeUp_->Acquire();
         tokens_.fetch_sub(1);
     }
     return isOpen();
@@ -142,7 +142,7 @@ void UnitRing::Complete() {
     int32_t tokens = tokens_.load();
     while (tokens < unitCount_) {
         if (tokens_.compare_exchange_weak(tokens, tokens + 1)) {
-            wakeUp_->release();
+            wakeUp_->Release();
             return;
         }
     }

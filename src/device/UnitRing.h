@@ -20,9 +20,10 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <semaphore>
 #include <span>
 #include <vector>
+
+#include "device/WakeUp.h"
 
 namespace tonvane {
 
@@ -109,7 +110,7 @@ class UnitRing {
     std::atomic<uint32_t> submitted_{0};
     std::atomic<uint32_t> completed_{0};
     std::atomic<int32_t> tokens_{0};  // of the semaphore, never more than unitCount_
-    std::optional<std::counting_semaphore<>> wakeUp_;
+    std::optional<WakeUp> wakeUp_;
 };
 
 }  // namespace tonvane

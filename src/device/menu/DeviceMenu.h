@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "device/DeviceFaults.h"
 #include "device/WaveDevice.h"
 #include "device/simulated/SimulatedWave.h"
 
@@ -21,19 +22,24 @@ struct DeviceEntry {
 };
 
 constexpr int32_t defaultDeviceId = 200;
-constexpr int32_t firstJackDeviceId = 201;
+constexpr int32_t firstFurtherDeviceId = 201;
 constexpr int32_t simulatedDeviceId = 300;  // behind the last id that the window's menu can choose
 
-// "alsa", the default device of the ALSA configuration, whether it can be opened or not; one
-// "jack:CLIENT" for each pair of playback and capture that a running JACK server offers; and
-// "simulated", a loopback without hardware. No server is started, nothing is written.
-std::vector<DeviceEntry> ListDevices();
+// The devices of the platform, whether they can be opened or not, and "simulated", a loopback
+// without hardware. No server is started, nothing is written.
+//   Linux     "alsa", the default device of the ALSA configuration; one "jack:CLIENT" for each pair
+//             of playback and capture that a running JACK server offers
+//   Windows   "winmm", the devices of the wave mapper; one "asio:NAME" for each driver that the
+//             registry names. They show their errors by `showError`, if there is one: a driver that
+//             cannot be loaded, when its device is made, which then refuses every run; a rate or a
+//             number of channels that a driver does not have, at Open.
+std::vector<DeviceEntry> ListDevices(const ShowDeviceError& showError = {});
 
 // The entry of a name or an id, listed or not. An entry without `make` when there is none.
 DeviceEntry FindDevice(const std::vector<DeviceEntry>& devices, std::string_view name);
 
-// A device by a name that is not in the list: "alsa:PCM" is the PCM of that name in the ALSA
-// configuration. An entry without `make` for any other name.
+// A device by a name that is not in the list: on Linux "alsa:PCM" is the PCM of that name
+// in the ALSA configuration. An entry without `make` for any other name.
 DeviceEntry UnlistedDevice(std::string_view name);
 
 // The names that UnlistedDevice takes, for the person.

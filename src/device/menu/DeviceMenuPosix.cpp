@@ -26,10 +26,10 @@ DeviceEntry jackDevice(int32_t id, const JackPair& pair) {
 
 }  // namespace
 
-std::vector<DeviceEntry> ListDevices() {
+std::vector<DeviceEntry> ListDevices(const ShowDeviceError& /*showError*/) {
     std::vector<DeviceEntry> devices{alsaDevice("alsa", "default", "ALSA, default device")};
     for (const JackPair& pair : ListJackPairs()) {
-        const auto id = firstJackDeviceId + static_cast<int32_t>(devices.size()) - 1;
+        const auto id = firstFurtherDeviceId + static_cast<int32_t>(devices.size()) - 1;
         devices.push_back(jackDevice(id, pair));
     }
     devices.push_back(SimulatedDevice({}));

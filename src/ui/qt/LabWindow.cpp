@@ -191,7 +191,10 @@ QGroupBox* LabWindow::makePlayer() {
     layout->addWidget(make(controls::play));
     layout->addWidget(make(controls::stop));
     layout->addWidget(make(controls::position), 3);
-    layout->addWidget(make(controls::time));
+    // Room for any time, so that the row keeps its places while a file plays.
+    QWidget* time = make(controls::time);
+    time->setMinimumWidth(time->fontMetrics().horizontalAdvance("000:00 / 000:00"));
+    layout->addWidget(time);
     return group;
 }
 

@@ -1,9 +1,12 @@
 // drag-source FILE: a small window in the screen's corner from which the file can be dragged.
+// It prints a line for each drag: "taken" or "not taken".
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
 #include <QUrl>
 #include <QWidget>
+#include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -21,7 +24,10 @@ class Source : public QWidget {
         files->setUrls({QUrl::fromLocalFile(file_), QUrl::fromLocalFile("/second")});
         auto drag = std::make_unique<QDrag>(this);
         drag->setMimeData(files.release());
-        drag.release()->exec(Qt::CopyAction);  // deletes itself
+        const bool taken =
+            drag.release()->exec(Qt::CopyAction) == Qt::CopyAction;  // deletes itself
+        std::puts(taken ? "taken" : "not taken");
+        std::fflush(stdout);
     }
 
   private:

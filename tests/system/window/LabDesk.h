@@ -40,7 +40,7 @@ class Lab : public WindowDesk {
     }
     // In a file dialog.
     void choose(const char* title, const std::string& path) {
-        ASSERT_NE(screen.awaitWindow(title), "");
+        ASSERT_NE(screen.awaitFocused(title), "");
         screen.type(path);
         screen.key({"Return"});
         ASSERT_TRUE(screen.awaitNoWindow(title));

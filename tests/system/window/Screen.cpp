@@ -7,6 +7,18 @@
 
 namespace tonvane::tests {
 
+namespace {
+
+// Two numbers somewhere in what xdotool prints.
+ScreenPoint pairIn(const std::string& text, const std::string& form) {
+    ScreenPoint pair{};
+    const size_t at = text.find(form.substr(0, form.find('=')));
+    std::sscanf(text.c_str() + std::min(at, text.size()), form.c_str(), &pair.x, &pair.y);
+    return pair;
+}
+
+}  // namespace
+
 int ScreenPicture::count(uint32_t color, ScreenPoint corner, ScreenPoint size) const {
     int found = 0;
     for (int y = std::max(corner.y, 0); y < std::min(corner.y + size.y, height_); ++y) {
@@ -85,12 +97,16 @@ bool Screen::awaitNoWindow(const std::string& title) {
     });
 }
 
-bool Screen::awaitActive(const std::function<bool(const std::string& window)>& isWanted) {
-    return Await([&] {
+std::string Screen::awaitFocused(const std::string& title, const std::string& other) {
+    std::string id;
+    const bool isThere = Await([&] {
         std::istringstream lines(xdotool({"getactivewindow"}));
-        std::string id;
-        return std::getline(lines, id) && isWanted(id);
+        if (!std::getline(lines, id) || id == other) {
+            return false;
+        }
+        return xdotool({"getwindowname", id}) == title + "\n";
     });
+    return isThere ? id : std::string();
 }
 
 void Screen::moveTo(const std::string& window, ScreenPoint at) {
@@ -124,12 +140,17 @@ void Screen::type(const std::string& text) {
     xdotool({"type", "--delay", "10", text});
 }
 
+// xdotool's own answer counts the manager's frame twice.
 ScreenPoint Screen::cornerOf(const std::string& window) {
-    ScreenPoint corner{};
-    const std::string text = xdotool({"getwindowgeometry", "--shell", window});
-    std::sscanf(text.c_str() + std::min(text.find("X="), text.size()), "X=%d\nY=%d", &corner.x,
-                &corner.y);
-    return corner;
+    moveTo(window, {0, 0});
+    return pairIn(xdotool({"getmouselocation", "--shell"}), "X=%d\nY=%d");
+}
+
+void Screen::clickCloseBox(const std::string& window) {
+    const ScreenPoint size =
+        pairIn(xdotool({"getwindowgeometry", "--shell", window}), "WIDTH=%d\nHEIGHT=%d");
+    const ScreenPoint corner = cornerOf(window);
+    click("", {corner.x + size.x - 10, corner.y - 10});  // the rightmost box of the frame
 }
 
 ScreenPicture Screen::picture() {

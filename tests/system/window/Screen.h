@@ -51,12 +51,13 @@ class Screen {
     // Whether no such window is left.
     bool awaitNoWindow(const std::string& title);
 
-    // Whether the window that gets the keys comes to be one that is wanted.
-    bool awaitActive(const std::function<bool(const std::string& window)>& isWanted);
+    // The same once it gets the keys. `other`: a window of this title that is not meant.
+    std::string awaitFocused(const std::string& title, const std::string& other = "");
 
     // The mouse, from a window's upper left corner or, without one, the screen's; the keyboard.
     void moveTo(const std::string& window, ScreenPoint at);
     void click(const std::string& window, ScreenPoint at);
+    void clickCloseBox(const std::string& window);
     void drag(const std::string& window, ScreenPoint from, ScreenPoint to);
     void key(const std::vector<std::string>& keys);
     void type(const std::string& text);
