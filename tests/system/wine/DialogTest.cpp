@@ -269,10 +269,13 @@ TEST_F(Dialog, APanelThatNobodySeesReachesTheAmplifier) {
     probe({"post", "2070"});
     const std::string chooser = screen.awaitWindow("Open");
     ASSERT_TRUE(screen.awaitActive([&](const std::string& active) { return active == chooser; }));
-    screen.type("dump");  // in the working directory
+    std::string path = "Z:" + folder.path() + "/dump";
+    std::ranges::replace(path, '/', '\\');
+    screen.type(path);
     screen.key({"Return"});
     const auto dump = [&] { return Contents(folder / "dump.dat"); };
-    ASSERT_TRUE(tests::Await([&] { return std::ranges::count(dump(), '\n') == 120; }));
+    ASSERT_TRUE(tests::Await([&] { return std::ranges::count(dump(), '\n') == 120; }))
+        << testing::PrintToString(folder.names());
     EXPECT_THAT(dump(), HasSubstr("\n46\t00020021"));
     probe({"send", "2061"});
     screen.key({"Escape"});

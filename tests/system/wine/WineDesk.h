@@ -39,12 +39,13 @@ class WineDesk : public testing::Test {
 
     // Starts the program in the folder and waits for its window.
     void start(const std::vector<std::string>& arguments, const std::string& title = "Tonvane",
-               const std::map<std::string, std::string>& environment = {}) {
-        auto variables = environment;
-        variables["DISPLAY"] = screen.display();
-        program =
-            std::make_unique<Process>(WineStart(WindowsProgram("Tonvane.exe"), arguments,
-                                                folder.path(), variables, folder / "printed"));
+               std::map<std::string, std::string> environment = {}) {
+        environment["DISPLAY"] = screen.display();
+        program = std::make_unique<Process>(UnderWine({.program = "Tonvane.exe",
+                                                       .arguments = arguments,
+                                                       .folder = folder.path(),
+                                                       .environment = environment,
+                                                       .output = folder / "printed"}));
         window = screen.awaitWindow(title);
         ASSERT_NE(window, "") << Contents(folder / "printed");
         ASSERT_TRUE(
@@ -54,7 +55,7 @@ class WineDesk : public testing::Test {
     // What the probe prints of the window of a title, or does to it.
     std::string probe(const std::string& title, std::vector<std::string> words) {
         words.insert(words.begin(), title);
-        const WineResult result = RunUnderWine({.program = WindowsProgram("window-probe.exe"),
+        const WineResult result = RunUnderWine({.program = "window-probe.exe",
                                                 .arguments = words,
                                                 .environment = {{"DISPLAY", screen.display()}}});
         EXPECT_EQ(result.exitCode, 0) << testing::PrintToString(words);
