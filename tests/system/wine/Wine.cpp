@@ -20,7 +20,7 @@ std::string WindowsProgram(const std::string& name) {
 }
 
 ProcessStart UnderWine(const WineStart& start) {
-    const bool isOurs = start.program.ends_with(".exe");
+    const bool isOurs = start.program.ends_with(".exe") && !start.program.starts_with('/');
     ProcessStart process{
         {setting("TONVANE_WINE", "wine"), isOurs ? WindowsProgram(start.program) : start.program},
         start.folder,

@@ -19,7 +19,7 @@ namespace tonvane::tests {
 std::string WindowsProgram(const std::string& name);
 
 struct WineStart {
-    std::string program;  // for WindowsProgram, or a program of Wine's: "reg"
+    std::string program;  // for WindowsProgram, an absolute path, or a program of Wine's: "reg"
     std::vector<std::string> arguments{};
     std::string folder{};  // the working directory; empty for the test's
     std::map<std::string, std::string> environment{};  // DISPLAY among them for one with a window
