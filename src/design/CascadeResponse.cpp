@@ -8,17 +8,13 @@
 #include "amplifier/BiquadWords.h"
 #include "amplifier/FixedPoint.h"
 #include "design/LogResponse.h"
+#include "elementary/Elementary.h"
 
 namespace tonvane {
 
 namespace {
 
-struct Section {
-    std::array<double, 3> b;
-    std::array<double, 3> a;
-};
-
-Section decode(std::span<const int32_t> words) {
+BiquadSection decode(std::span<const int32_t> words) {
     return {{FromCoefWord(words[0]), FromCoefWord(words[1]), FromCoefWord(words[2])},
             {1.0, -FromCoefWord(words[3]), -FromCoefWord(words[4])}};
 }
@@ -39,19 +35,27 @@ double largerRoot(double a1, double a2) {
 
 }  // namespace
 
-std::vector<double> CascadeResponseDb(std::span<const int32_t> words,
+std::vector<double> CascadeResponseDb(std::span<const BiquadSection> sections,
                                       std::span<const double> frequencies, int32_t sampleRate) {
-    const std::vector<double> angles = anglesOf(frequencies, sampleRate);
-    std::vector<double> total(frequencies.size(), 0.0);
-    std::vector<double> section(frequencies.size());
-    for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
-        const Section biquad = decode(words.subspan(at, wordsPerBiquad));
-        logResponse(biquad.b, biquad.a, angles, section);
-        for (size_t i = 0; i < total.size(); ++i) {
-            total[i] += 20.0 * section[i];
-        }
+    const ComplexVector points = UnitCirclePoints(anglesOf(frequencies, sampleRate));
+    std::vector<double> total(frequencies.size(), 1.0);
+    for (const BiquadSection& section : sections) {
+        multiplyResponseAt(section.b, section.a, points, total);
+    }
+    for (double& value : total) {
+        value = 20.0 * elementary::Log10(value);
     }
     return total;
+}
+
+std::vector<double> CascadeResponseDb(std::span<const int32_t> words,
+                                      std::span<const double> frequencies, int32_t sampleRate) {
+    std::vector<BiquadSection> sections;
+    sections.reserve(words.size() / wordsPerBiquad);
+    for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
+        sections.push_back(decode(words.subspan(at, wordsPerBiquad)));
+    }
+    return CascadeResponseDb(sections, frequencies, sampleRate);
 }
 
 std::vector<double> FirResponseDb(std::span<const double> taps, std::span<const double> frequencies,
@@ -67,7 +71,7 @@ std::vector<double> FirResponseDb(std::span<const double> taps, std::span<const 
 double LargestPoleRadius(std::span<const int32_t> words) {
     double largest = 0.0;
     for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
-        const Section biquad = decode(words.subspan(at, wordsPerBiquad));
+        const BiquadSection biquad = decode(words.subspan(at, wordsPerBiquad));
         largest = std::max(largest, largerRoot(biquad.a[1], biquad.a[2]));
     }
     return largest;

@@ -1,13 +1,24 @@
-// What a chain of encoded biquads does, read back from its words.
+// What a chain of biquads does, as designed or read back from its words.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 namespace tonvane {
 
-// The chain's amplitude in dB at each frequency (Hz) for a sample rate (Hz). Five words a section.
+// (b0 + b1/z + b2/z^2) / (1 + a1/z + a2/z^2); a[0] is 1.
+struct BiquadSection {
+    std::array<double, 3> b;
+    std::array<double, 3> a;
+};
+
+// The chain's amplitude in dB at each frequency (Hz) for a sample rate (Hz).
+std::vector<double> CascadeResponseDb(std::span<const BiquadSection> sections,
+                                      std::span<const double> frequencies, int32_t sampleRate);
+
+// The same of encoded sections, five words each.
 std::vector<double> CascadeResponseDb(std::span<const int32_t> words,
                                       std::span<const double> frequencies, int32_t sampleRate);
 

@@ -79,6 +79,13 @@ void logResponseAt(std::span<const double> b, std::span<const double> a,
         [&](size_t i, double ratio) { out[i] = elementary::Log10(ratio); });
 }
 
+void multiplyResponseAt(std::span<const double> b, std::span<const double> a,
+                        std::span<const std::complex<double>> points, std::span<double> out) {
+    eachRatio(
+        b, a, points.size(), [&](size_t i) { return points[i]; },
+        [&](size_t i, double ratio) { out[i] *= ratio; });
+}
+
 void magnitudeCurve(std::span<const double> b, std::span<const double> a, ComplexVector& out) {
     const auto last = static_cast<double>(out.size() - 1);
     eachRatio(

@@ -18,6 +18,10 @@ void logResponse(std::span<const double> b, std::span<const double> a,
 void logResponseAt(std::span<const double> b, std::span<const double> a,
                    std::span<const std::complex<double>> points, std::span<double> out);
 
+// out[i] *= |B|/|A| at these points: for a chain of filters.
+void multiplyResponseAt(std::span<const double> b, std::span<const double> a,
+                        std::span<const std::complex<double>> points, std::span<double> out);
+
 // exp(j*omega[i]).
 ComplexVector UnitCirclePoints(std::span<const double> omega);
 

@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <numbers>
 
 #include "amplifier/BiquadWords.h"
 #include "amplifier/FixedPoint.h"
 #include "design/CascadeResponse.h"
-#include "design/LogResponse.h"
 #include "design/TargetShaping.h"
 #include "elementary/Elementary.h"
 
@@ -102,22 +100,12 @@ void compareFit(DesignReport& report) {
 
 // The designed sections before their rounding to words, dB.
 std::vector<double> designedResponseDb(const DesignReport& report) {
-    const std::vector<double>& frequencies = report.curves.frequency;
-    std::vector<double> angles(frequencies.size());
-    std::ranges::transform(frequencies, angles.begin(), [&](double hertz) {
-        return -2.0 * std::numbers::pi * hertz / report.sampleRate;
-    });
-    std::vector<double> total(frequencies.size(), 0.0);
-    std::vector<double> response(frequencies.size());
+    std::vector<BiquadSection> sections;
+    sections.reserve(report.sections.size());
     for (const DesignReport::Section& section : report.sections) {
-        const std::array b{section.b0, section.b1, section.b2};
-        const std::array a{1.0, section.a1, section.a2};
-        logResponse(b, a, angles, response);
-        for (size_t i = 0; i < total.size(); ++i) {
-            total[i] += 20.0 * response[i];
-        }
+        sections.push_back({{section.b0, section.b1, section.b2}, {1.0, section.a1, section.a2}});
     }
-    return total;
+    return CascadeResponseDb(sections, report.curves.frequency, report.sampleRate);
 }
 
 void compareWords(DesignReport& report) {
