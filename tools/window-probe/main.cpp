@@ -14,7 +14,7 @@
 //     slide ID POSITION     a slider, let go there, with its notification
 //     send ID [CODE]        the command of a control, and waits until it is done
 //     post ID [CODE]        the same without waiting
-//     system ID             a command of the system menu, without waiting
+//     system ID [NUMBER]    a command of the system menu and its parameter, without waiting
 //
 // Exit code 1 and nothing printed when there is no such window or control.
 #include <algorithm>
@@ -134,7 +134,7 @@ const std::map<std::string, Verb>& verbs() {
         {"system",
          {false,
           [](const Target& t) {
-              PostMessageW(t.window, WM_SYSCOMMAND, static_cast<WPARAM>(t.id), 0);
+              PostMessageW(t.window, WM_SYSCOMMAND, static_cast<WPARAM>(t.id), t.number);
           }}},
     };
     return all;

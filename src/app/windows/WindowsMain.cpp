@@ -84,8 +84,8 @@ int runDialog(const std::string& commandTail, int showCommand) {
 
     RegistryUserStore store(recentFilesKey);
     Win32DialogHost host;
-    const auto dialog = std::make_unique<CMainDlg>(host, values, WindowDevices(false), store,
-                                                   promptOnExit, linkPort());
+    const auto dialog = std::make_unique<CMainDlg>(host, values, WindowDevices(false, showStop),
+                                                   store, promptOnExit, linkPort());
     host.create(MainDialogTemplate, *dialog);
     host.showWindow(showCommand);
     return host.run();

@@ -1,6 +1,8 @@
 // Tonvane.exe under Wine on a screen, in a folder of its own.
 #pragma once
 
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -23,9 +25,29 @@ struct WindowControl {
     ScreenPoint size;
 };
 
+// Whether a server of the prefix is at work. The first program of one decides on which screen all
+// others get their windows, so each screen waits for the last one's server to go.
+inline bool HasWineServer() {
+    const char* prefix = std::getenv("WINEPREFIX");
+    const std::string variable = std::string("WINEPREFIX=") + (prefix == nullptr ? "" : prefix);
+    std::error_code ignored;
+    for (const auto& process : std::filesystem::directory_iterator("/proc", ignored)) {
+        const std::string folder = process.path();
+        if (Contents(folder + "/comm").starts_with("wineserver") &&
+            Contents(folder + "/environ").find(variable + std::string(1, '\0')) !=
+                std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
 class WineDesk : public testing::Test {
   protected:
-    void SetUp() override { ASSERT_TRUE(screen.isUp()); }
+    void SetUp() override {
+        ASSERT_TRUE(screen.isUp());
+        ASSERT_TRUE(Await([] { return !HasWineServer(); }));
+    }
 
     // Leaves a picture of the screen beside the test program when something went wrong.
     void TearDown() override {
@@ -46,10 +68,16 @@ class WineDesk : public testing::Test {
                                                        .folder = folder.path(),
                                                        .environment = environment,
                                                        .output = folder / "printed"}));
-        window = screen.awaitWindow(title);
+        window = screen.awaitFocused(title);
         ASSERT_NE(window, "") << Contents(folder / "printed");
-        ASSERT_TRUE(
-            screen.awaitActive([&](const std::string& active) { return active == window; }));
+    }
+
+    // Runs a program of Wine's own.
+    std::string tool(const std::string& name, const std::vector<std::string>& words) {
+        return RunUnderWine({.program = name,
+                             .arguments = words,
+                             .environment = {{"DISPLAY", screen.display()}}})
+            .output;
     }
 
     // What the probe prints of the window of a title, or does to it.
