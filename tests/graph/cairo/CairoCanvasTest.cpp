@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include "graph/CanvasPixels.h"
 #include "graph/cairo/CairoCanvas.h"
 
 namespace tonvane {
@@ -15,115 +16,24 @@ namespace {
 using testing::Each;
 using testing::HasSubstr;
 
-constexpr int32_t width = 64;
-constexpr int32_t height = 48;
 constexpr int32_t stride = 70;
+constexpr uint32_t nobodys = 0x01020304U;
 
-class CanvasPixels : public testing::Test {
-  protected:
-    CanvasPixels() { canvas.fillRectangle({0, 0, width, height}, 0xFFFFFF); }
+struct CairoDevice {
     [[nodiscard]] uint32_t at(int32_t x, int32_t y) const { return pixels[y * stride + x]; }
-    // The painted area in pixels, of black on white.
-    [[nodiscard]] double inkOn(const Rectangle& r) const {
-        double ink = 0.0;
-        for (int32_t y = r.top; y < r.bottom; ++y) {
-            for (int32_t x = r.left; x < r.right; ++x) {
-                ink += 1.0 - (at(x, y) & 0xFFU) / 255.0;
-            }
-        }
-        return ink;
-    }
-    [[nodiscard]] double ink() const { return inkOn({0, 0, width, height}); }
 
-    std::vector<uint32_t> pixels = std::vector<uint32_t>(stride * height, 0x01020304U);
-    CairoCanvas canvas{pixels.data(), width, height, stride, 11.0};
+    std::vector<uint32_t> pixels = std::vector<uint32_t>(stride * tests::canvasHeight, nobodys);
+    CairoCanvas canvas{pixels.data(), tests::canvasWidth, tests::canvasHeight, stride, 11.0};
 };
 
-TEST_F(CanvasPixels, ColoursHaveRedInTheLowByteAndNothingIsPaintedOutside) {
-    canvas.fillRectangle({-5, -5, 10, 10}, 0x3366CC);
-    EXPECT_EQ(at(9, 9), 0xFFCC6633U);
-    EXPECT_EQ(at(10, 10), 0xFFFFFFFFU);
-    canvas.setOrigin({10, 20});
-    canvas.fillRectangle({0, 0, 500, 500}, 0x0000FF);
-    EXPECT_EQ(at(10, 20), 0xFFFF0000U);
-    EXPECT_EQ(at(9, 20), 0xFFFFFFFFU);
-    for (int32_t y = 0; y < height; ++y) {
-        for (int32_t x = width; x < stride; ++x) {
-            ASSERT_EQ(at(x, y), 0x01020304U);
+TEST(CairoPixels, NothingIsPaintedBehindARow) {
+    CairoDevice device;
+    device.canvas.fillRectangle({-500, -500, 500, 500}, 0x0000FF);
+    for (int32_t y = 0; y < tests::canvasHeight; ++y) {
+        for (int32_t x = tests::canvasWidth; x < stride; ++x) {
+            ASSERT_EQ(device.at(x, y), nobodys);
         }
     }
-}
-
-TEST_F(CanvasPixels, UprightAndLevelLinesAreSharp) {
-    canvas.setPen(0x000000, 1);
-    const Segment level{{3, 5}, {12, 5}};
-    canvas.drawLines({&level, 1});
-    EXPECT_EQ(ink(), 10.0);
-    EXPECT_EQ(inkOn({3, 5, 13, 6}), 10.0);
-    canvas.setPen(0x000000, 2);
-    const Segment upright{{30, 40}, {30, 20}};
-    canvas.drawLines({&upright, 1});
-    EXPECT_EQ(inkOn({29, 19, 31, 41}), 44.0);
-    EXPECT_EQ(ink(), 54.0);
-    const Segment point{{50, 40}, {50, 40}};
-    canvas.drawLines({&point, 1});
-    EXPECT_EQ(ink(), 54.0);
-}
-
-// A stroke covers its length times its width and a disc.
-TEST_F(CanvasPixels, SlantedLinesCoverTheAreaOfARoundStroke) {
-    for (const int32_t pen : {1, 2, 3, 6}) {
-        for (const Point to : {Point{50, 30}, {20, 40}, {11, 44}, {58, 9}, {12, 11}}) {
-            canvas.fillRectangle({0, 0, width, height}, 0xFFFFFF);
-            canvas.setPen(0x000000, pen);
-            const Segment segment{{10, 8}, to};
-            canvas.drawLines({&segment, 1});
-            const double length = std::hypot(to.x - 10, to.y - 8);
-            const double area = length * pen + std::numbers::pi * pen * pen / 4.0;
-            EXPECT_NEAR(ink(), area, 0.02 * area + 0.25) << pen << " to " << to.x << "," << to.y;
-        }
-    }
-}
-
-TEST_F(CanvasPixels, StrokesThatMeetAreNotPaintedTwice) {
-    canvas.setPen(0x000000, 2);
-    const Segment once{{5, 5}, {55, 40}};
-    canvas.drawLines({&once, 1});
-    const std::vector<uint32_t> alone = pixels;
-    canvas.fillRectangle({0, 0, width, height}, 0xFFFFFF);
-    const Segment thrice[] = {once, {{55, 40}, {5, 5}}, once};
-    canvas.drawLines(thrice);
-    EXPECT_EQ(pixels, alone);
-}
-
-TEST_F(CanvasPixels, LinesFromFarAwayCrossOnlyTheClip) {
-    constexpr int32_t far = 1 << 30;
-    canvas.setPen(0x000000, 1);
-    canvas.clip({10, 10, 30, 30});
-    const Segment segments[] = {{{-far, -far}, {far, far}},
-                                {{12, -far}, {12, far}},
-                                {{-far, 5}, {far, 5}},
-                                {{far, 0}, {far, 40}},
-                                {{-far, far - 5}, {far, far}}};
-    canvas.drawLines(segments);
-    canvas.endClip();
-    EXPECT_EQ(inkOn({12, 10, 13, 30}), 20.0);
-    for (int32_t i = 10; i < 30; ++i) {
-        EXPECT_EQ(at(i, i), 0xFF000000U);
-    }
-    EXPECT_NEAR(ink(), inkOn({10, 10, 30, 30}), 1e-9);
-    EXPECT_LT(ink(), 20.0 + 30.0);
-}
-
-TEST_F(CanvasPixels, TextIsPlacedByItsAnchor) {
-    canvas.drawText({40, 24}, TextAnchor::baselineRight, 0x000000, "-40");
-    EXPECT_GT(inkOn({18, 12, 42, 25}), 20.0);
-    EXPECT_NEAR(ink(), inkOn({18, 12, 42, 25}), 1.0);
-    canvas.fillRectangle({0, 0, width, height}, 0xFFFFFF);
-    canvas.drawText({30, 20}, TextAnchor::topCenter, 0x000000, "oo");
-    EXPECT_GT(ink(), 5.0);
-    EXPECT_NEAR(inkOn({0, 0, 30, height}), inkOn({30, 0, width, height}), 0.35 * ink());
-    EXPECT_EQ(inkOn({0, 0, width, 20}), 0.0);
 }
 
 TEST(CairoImage, PartsOfAPixelMakeCurvesSmoothAndLeaveSingleLinesSharp) {
@@ -191,3 +101,7 @@ TEST(Utf8, BytesThatAreNoTextBecomeQuestionMarks) {
 
 }  // namespace
 }  // namespace tonvane
+
+namespace tonvane::tests {
+INSTANTIATE_TYPED_TEST_SUITE_P(Cairo, CanvasPixels, CairoDevice);
+}  // namespace tonvane::tests
