@@ -8,6 +8,7 @@
 #include "graph/RecordingCanvas.h"
 #include "graph/cairo/CairoCanvas.h"
 #include "transform/FftTables.h"
+#include "tuning/RecordingMessages.h"
 #include "ui/CurveDisplay.h"
 #include "ui/Pictures.h"
 #include "ui/PlotPicture.h"
@@ -19,14 +20,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-struct NoMessages : Messages {
-    void error(const std::string& /*text*/) override {}
-    bool confirm(const std::string& /*text*/, const std::string& /*caption*/) override {
-        return true;
-    }
-    void status(int /*line*/, const std::string& /*text*/) override {}
-};
 
 // The reference programme's first case.
 class Display : public testing::Test {
@@ -76,7 +69,7 @@ class Display : public testing::Test {
     }
 
     ProgramValues values;
-    NoMessages messages;
+    tests::RecordingMessages messages;
     std::unique_ptr<TuningRun> run;
     tests::RecordingCanvas canvas;
     GraphHost host;
