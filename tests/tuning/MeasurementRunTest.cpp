@@ -123,22 +123,6 @@ TEST_F(Measuring, GivesTheSpeakersResponseBack) {
     EXPECT_EQ(run->responseAnalyzer.cutoffHz, direct.cutoffHz);
 }
 
-TEST_F(Measuring, LeavesAFileThatGivesTheSameFilter) {
-    SimulatedSetup setup = SimulatedSpeaker(exampleSpeaker().samples);
-    setup.noise = 1e-4;
-    setup.bits = 16;
-    setup.interleaved = true;
-    start(setup);
-    measure();
-    EXPECT_EQ(run->designedSections().size(), 35U);
-
-    TuningRun again(values, log);
-    again.InitTuningState();
-    again.OpenResponseFile(folder / "measured.qsr");
-    EXPECT_THAT(again.designedSections(), testing::ElementsAreArray(run->designedSections()));
-    EXPECT_EQ(again.responseAnalyzer.delaySamples, run->responseAnalyzer.delaySamples);
-}
-
 struct Width {
     int bits;
     double withinDb;

@@ -7,6 +7,7 @@
 #include "files/TestFiles.h"
 #include "transform/FftTables.h"
 #include "tuning/DesignReport.h"
+#include "tuning/GoldenValues.h"
 #include "tuning/RecordingMessages.h"
 #include "tuning/TuningRun.h"
 
@@ -20,18 +21,6 @@ using Texts = std::vector<std::string>;
 
 class TuningRunTest : public testing::Test {
   protected:
-    // As the command line of a golden case sets them.
-    void setGolden(const GoldenCase& golden) {
-        setRate(tests::GoldenFigures(golden)["inputRate"]);
-        values.ResponseIsCsv = golden.isCsv;
-        values.ResponseFilePath = tests::GoldenPath(golden.response);
-        TargetSettings settings;
-        LoadTargetFile(tests::GoldenPath(golden.target), settings);
-        values.DefaultTargetCurve = settings.curve;
-        values.TargetCurveKind = settings.kind;
-        values.InitialGainClamp = settings.gainClampDb;
-    }
-    void setRate(int32_t rate) { values.InputSampleRate = values.FilterSampleRate = rate; }
     void start() {
         InitFftTables(responseLength);
         run = std::make_unique<TuningRun>(values, messages);
@@ -50,7 +39,7 @@ class GoldenRun : public TuningRunTest, public testing::WithParamInterface<Golde
 
 TEST_P(GoldenRun, HasTheReferencesFilterAndFigures) {
     const GoldenCase& golden = GetParam();
-    setGolden(golden);
+    tests::SetGoldenValues(golden, values);
     start();
     EXPECT_THAT(messages.errors, IsEmpty());
     EXPECT_EQ(messages.states, (Texts{"1Analyzing Loaded Data ...", "1", "2"}));
@@ -111,8 +100,8 @@ INSTANTIATE_TEST_SUITE_P(Case, GoldenRun, testing::ValuesIn(tests::GoldenCases()
                          });
 
 TEST_F(TuningRunTest, DesignsAtTheFilesRateAndFitsAtItsOwn) {
-    setGolden(tests::GoldenCases()[0]);
-    setRate(44100);
+    tests::SetGoldenValues(tests::GoldenCases()[0], values);
+    values.InputSampleRate = values.FilterSampleRate = 44100;
     start();
     EXPECT_EQ(run->responseAnalyzer.sampleRate, 48000.0);
     EXPECT_EQ(run->eqDesigner.sampleRate, 48000);
