@@ -52,27 +52,6 @@ TEST_F(SimulatedWave, AWireChangesAFrameInAnyFormat) {
     }
 }
 
-// The direct sum, in long double, at a few places.
-TEST_F(SimulatedWave, TheRoomIsNotTheConvolutionWithItsResponse) {
-    SimulatedSetup setup;
-    setup.impulse = tests::Noise(32768, 5);
-    for (double& tap : setup.impulse) {
-        tap /= 32768.0;
-    }
-    setup.gain = 0.5;
-    SimulatedRun run(setup);
-    const Samples played = quantised(tests::Noise(70000, 6), 32);
-    const Samples got = run.Run(played, 80000);
-    for (const int32_t t : {0, 1, 1023, 1024, 32767, 32768, 40000, 69999, 70001, 79000}) {
-        long double sum = 0.0L;
-        for (int32_t k = 0; k <= std::min(t, 32767); ++k) {
-            sum +=
-                t - k < 70000 ? static_cast<long double>(setup.impulse[k]) * played[t - k] : 0.0L;
-        }
-        EXPECT_NEAR(got[t], static_cast<double>(sum) * 0.5, 0x1p-31) << t;
-    }
-}
-
 TEST_F(SimulatedWave, TwoRunsHearTwoThings) {
     SimulatedSetup setup;
     setup.impulse = tests::Noise(5000, 7);
@@ -97,46 +76,6 @@ TEST_F(SimulatedWave, ALoudCaptureWrapsAround) {
     EXPECT_EQ(got[1], -1.0);
     EXPECT_NEAR(got[2], 0.1, 1e-3);
     EXPECT_NEAR(got[3], -0.1, 1e-3);
-}
-
-TEST_F(SimulatedWave, AFormatThatItDoesNotServeIsOpened) {
-    const WAVEFORMATEX stereo32 = MakeWaveFormat(rate, 2, 32);
-    const WAVEFORMATEX stereo16 = MakeWaveFormat(rate, 2, 16);
-    const WAVEFORMATEX slower = MakeWaveFormat(44100, 2, 32);
-    SimulatedSetup setup;
-    CSimulatedWave device(setup);
-    EXPECT_FALSE(device.Open(nullptr, &stereo16, depth, nullptr));
-    EXPECT_FALSE(device.Open(&slower, &stereo32, depth, nullptr));
-    EXPECT_TRUE(device.Open(nullptr, &stereo32, depth, nullptr));
-    setup.refusesToOpen = true;
-    EXPECT_FALSE(SimulatedRun(setup).isOpen);
-}
-
-TEST_F(SimulatedWave, ADeviceThatIsLostHoldsItsWorkers) {
-    SimulatedSetup setup;
-    setup.disappearsAfter = 50000;
-    SimulatedRun run(setup);
-    const Samples played(200000);
-    run.Run(played, 200000);  // ends by itself
-    EXPECT_EQ(run.left.size(), 50176U) << "whole steps of 1024";
-    EXPECT_LE(run.written, 50176 + depth);
-    EXPECT_TRUE(FaultsOf(run).isLost);
-}
-
-TEST_F(SimulatedWave, CloseDoesNotEndAStandstill) {
-    SimulatedSetup setup;
-    setup.stopsAfter = 50000;
-    SimulatedRun run(setup);
-    std::thread owner([&] {
-        while (run.framesPlayed() < 50000) {
-            std::this_thread::yield();
-        }
-        run.Close();
-    });
-    run.Run(Samples(200000), 200000);
-    owner.join();
-    EXPECT_LE(run.left.size(), 50176U);
-    EXPECT_FALSE(FaultsOf(run).isLost);
 }
 
 TEST_F(SimulatedWave, AGapIsNotCounted) {

@@ -126,23 +126,6 @@ TEST_F(CanvasPixels, TextIsPlacedByItsAnchor) {
     EXPECT_EQ(inkOn({0, 0, width, 20}), 0.0);
 }
 
-TEST(CairoImage, PartsOfAPixelMakeCurvesSmoothAndLeaveSingleLinesSharp) {
-    const auto draw = [](std::vector<Segment> segments) {
-        CairoCanvas canvas(80, 80, 44.0, 4);  // 20 by 20 pixels
-        canvas.fillRectangle({0, 0, 80, 80}, 0xFFFFFF);
-        canvas.setPen(0x000000, 4);
-        canvas.drawLines(segments);
-        const auto image = canvas.makeImage(80, 80);
-        image->copyImage(canvas);
-        EXPECT_EQ(dynamic_cast<CairoCanvas&>(*image).png(), canvas.png());
-        return canvas.png();
-    };
-    // A quarter of a pixel is seen in a curve of two strokes, but not in a line alone.
-    EXPECT_NE(draw({{{8, 40}, {40, 40}}, {{40, 40}, {72, 40}}}),
-              draw({{{8, 41}, {40, 41}}, {{40, 41}, {72, 41}}}));
-    EXPECT_EQ(draw({{{8, 40}, {72, 40}}}), draw({{{8, 41}, {72, 41}}}));
-}
-
 TEST(CairoDocument, IsVectorsAndTheSameBytesEachTime) {
     const auto draw = [](CairoCanvas& page) {
         const auto image = page.makeImage(400, 200);
