@@ -1,6 +1,6 @@
-#include <semaphore>
-
 #include "device/WakeUp.h"
+
+#include <semaphore>
 
 namespace tonvane {
 

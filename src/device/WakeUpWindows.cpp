@@ -1,10 +1,10 @@
 // The system's semaphore: that of the library takes a lock here to hand out a token.
+#include "device/WakeUp.h"
+
 #include <climits>
 #include <system_error>
 
 #include <windows.h>
-
-#include "device/WakeUp.h"
 
 namespace tonvane {
 

@@ -2,20 +2,15 @@
 #include <cmath>
 #include <complex>
 #include <numbers>
-#include <numeric>
 
 #include <gmock/gmock.h>
 
 #include "amplifier/FixedPoint.h"
 #include "amplifier/RegisterGroups.h"
-#include "amplifier/RegisterPresets.h"
 
 namespace tonvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
 using Writes = std::vector<RegisterWrite>;
 
 AmplifierSettings settingsAt(int32_t sampleRate) {
@@ -29,14 +24,6 @@ std::complex<double> at(const BiquadWords& words, double hertz, double sampleRat
     const auto z = std::polar(1.0, -2.0 * std::numbers::pi * hertz / sampleRate);
     const auto value = [&](int32_t i) { return FromCoefWord(words[i]); };
     return (value(0) + value(1) * z + value(2) * z * z) / (1.0 - value(3) * z - value(4) * z * z);
-}
-
-TEST(Crossover, At300HzAnd48kHzGivesTheKnownWords) {
-    const AmplifierSettings settings = settingsAt(48000);
-    EXPECT_THAT(settings.coefficients.lowBand,
-                ElementsAre(0xC4A, 0x1895, 0xC4A, 0xF8E4A5, 0x386EA32));
-    EXPECT_THAT(settings.coefficients.highBand,
-                ElementsAre(0x7C7E9D, 0x30702C7, 0x7C7E9D, 0xF8E4A5, 0x386EA32));
 }
 
 // Two second-order Butterworth sections in cascade are a fourth-order Linkwitz-Riley band: both
@@ -70,27 +57,6 @@ TEST(Crossover, AboveHalfTheRateIsTakenAsItComes) {
     }
 }
 
-TEST(Drc, DefaultsAndLimitsGiveTheKnownWords) {
-    AmplifierSettings settings = settingsAt(48000);
-    for (const DrcWords& words : settings.coefficients.drc) {
-        EXPECT_EQ(words.alpha, 0x2A39B);
-        EXPECT_EQ(words.omega, 0x7D5C65);
-        EXPECT_EQ(words.attack, 0xAF);
-        EXPECT_EQ(static_cast<uint32_t>(words.release), 0xFFFFFF51U);
-        EXPECT_EQ(words.attackThreshold, 0x40C371);
-        EXPECT_EQ(words.releaseThreshold, 0x40C370);
-    }
-    settings.setDrc({0, 5000, 1000, 5000}, 1);
-    const DrcWords& changed = settings.coefficients.drc[1];
-    EXPECT_EQ(changed.alpha, 0x23);
-    EXPECT_EQ(changed.omega, 0x800000 - 0x23);
-    EXPECT_EQ(changed.release, -0x23);
-    EXPECT_EQ(changed.attackThreshold, 0x8000000);
-    settings.setDrc({12, 1, 1, 1}, 1);
-    EXPECT_EQ(changed.attackThreshold, 0x1FD93C1F);
-    EXPECT_EQ(settings.coefficients.drc[0].alpha, 0x2A39B);
-}
-
 // A one-pole average with the factor f is at 1 - (1 - f)^n after n samples of a step.
 TEST(Drc, TimesAreThoseOfAnAverageAtTheSampleRate) {
     for (const int32_t rate : {32000, 96000}) {
@@ -102,22 +68,6 @@ TEST(Drc, TimesAreThoseOfAnAverageAtTheSampleRate) {
             EXPECT_NEAR(reached, 1.0 - 1.0 / std::numbers::e, 3e-4) << rate << " " << ms;
         }
     }
-}
-
-TEST(Groups, EqualizerCarriesTheDesignOnlyWithBiq) {
-    std::vector<int32_t> designed(35);
-    std::iota(designed.begin(), designed.end(), 100);
-    const Writes off = EqualizerGroup(false, designed);
-    const Writes on = EqualizerGroup(true, designed);
-    ASSERT_EQ(off.size(), 7U);
-    ASSERT_EQ(on.size(), 7U);
-    for (int32_t k = 0; k < 7; ++k) {
-        EXPECT_EQ(off[k], (RegisterWrite{0x29 + k, {0x800000, 0, 0, 0, 0}}));
-        const int32_t first = 100 + 5 * k;
-        EXPECT_EQ(on[k],
-                  (RegisterWrite{0x29 + k, {first, first + 1, first + 2, first + 3, first + 4}}));
-    }
-    EXPECT_THAT(EqualizerGroup(true, {}), IsEmpty());
 }
 
 TEST(Groups, CrossoverSendsTheHighBandToTheFirstPath) {
@@ -137,33 +87,19 @@ TEST(Groups, DrcSendsTheBitsAndThenTheRegistersOfThoseThatAreOn) {
     AmplifierSettings settings = settingsAt(48000);
     EXPECT_EQ(DrcGroup(settings), (Writes{{0x46, {0x20020}}}));
     settings.drcEnabled = {true, true};
-    settings.setDrc({0, 1, 1000, 5000}, 1);
+    settings.setDrc({12, 5000, 1000, 5000}, 1);
     const Writes both = {{0x46, {0x20023}},
                          {0x3B, {0x2A39B, 0x7D5C65}},
                          {0x3C, {0xAF, -0xAF}},
                          {0x40, {0x40C371, 0x40C370}},
-                         {0x3E, {0x2A39B, 0x7D5C65}},
+                         {0x3E, {0x23, 0x800000 - 0x23}},
                          {0x3F, {0xAF, -0x23}},
-                         {0x43, {0x8000000, 0x7FFFFFF}}};
+                         {0x43, {0x1FD93C1F, 0x1FD93C1E}}};
     EXPECT_EQ(DrcGroup(settings), both);
     settings.drcEnabled = {false, true};
     Writes second = {{0x46, {0x20022}}};
     second.insert(second.end(), both.begin() + 4, both.end());
     EXPECT_EQ(DrcGroup(settings), second);
-}
-
-TEST(Groups, StartValuesEndWithEverythingOff) {
-    const Writes tail = {{0x58, UnityBiquad}, {0x59, UnityBiquad}, {0x70, {0x800000}},
-                         {0x5A, UnityBiquad}, {0x5B, UnityBiquad}, {0x71, {0}},
-                         {0x46, {0x20020}}};
-    Writes expected(RegisterPresets.begin(), RegisterPresets.end());
-    expected.insert(expected.end(), tail.begin(), tail.end());
-    EXPECT_THAT(StartValues({}), ElementsAreArray(expected));
-    const std::vector<int32_t> designed(35, 7);
-    for (int32_t k = 0; k < 7; ++k) {
-        expected.insert(expected.begin() + 18 + k, RegisterWrite{0x29 + k, UnityBiquad});
-    }
-    EXPECT_THAT(StartValues(designed), ElementsAreArray(expected));
 }
 
 }  // namespace

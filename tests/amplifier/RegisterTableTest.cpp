@@ -6,7 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include "amplifier/RegisterPresets.h"
 #include "amplifier/RegisterTable.h"
 
 namespace tonvane {
@@ -40,32 +39,9 @@ TEST(RegisterTable, NamesStandAtTheirNumbers) {
                 ElementsAre("Clock Control", "Master Vol", "", "Vol Configuration",
                             "IC delay chan 4", "PWM Mux", "PEQ Coef R6", "UnDocumented!!",
                             "BIQ for DRC2 - R1", "", "In: [L-L]", "In: [R-R]"));
-    using namespace registers;
-    EXPECT_THAT(
-        names({systemControl2, startStopPeriod, oscillatorTrim, equalizerFirst, drcControl,
-               crossoverFirst, drc1OutWeight, drc2OutWeight}),
-        ElementsAre("System Control 2", "Start/Stop Period", "Oscilator Trim", "PEQ Coef L0",
-                    "DRC control", "BIQ for DRC1 - L0", "DRC1 Out Weight L", "DRC2 Out Weight L"));
-    EXPECT_THAT(names({drc1AlphaOmega, drc1AttackRelease, drc1Threshold, drc2AlphaOmega,
-                       drc2AttackRelease, drc2Threshold}),
-                ElementsAre("DRC1 Alpha/Omega", "DRC1 Attack/Release", "DRC1 Atk/Rel Threshold",
-                            "DRC2 Alpha/Omega", "DRC2 Attack/Release", "DRC2 Atk/Rel Threshold"));
     EXPECT_THAT(names({0x78, 0xFF, -1, std::numeric_limits<int32_t>::min()}),
                 testing::Each("OUT OF RANGE"));
     EXPECT_EQ(LookUpRegister(0x78).length, 0);
-}
-
-TEST(RegisterPresets, GoOutInTheirOrderWithTheirValues) {
-    const std::vector<int32_t> order = {0x07, 0x08, 0x09, 0x06, 0x02, 0x50, 0x56, 0x57, 0x73,
-                                        0x77, 0x72, 0x76, 0x51, 0x52, 0x70, 0x74, 0x71, 0x75};
-    const std::vector<int32_t> words = {0xFF,     0x30,     0x30,     0,        0, 0,
-                                        0x800000, 0x20000,  0x800000, 0x800000, 0, 0,
-                                        0x800000, 0x800000, 0x800000, 0x800000, 0, 0};
-    ASSERT_EQ(RegisterPresets.size(), order.size());
-    for (size_t i = 0; i < order.size(); ++i) {
-        EXPECT_EQ(RegisterPresets[i].reg, order[i]) << i;
-        EXPECT_THAT(RegisterPresets[i].words, ElementsAre(words[i], 0, 0, 0, 0)) << i;
-    }
 }
 
 }  // namespace

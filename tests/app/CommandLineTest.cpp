@@ -2,21 +2,12 @@
 
 #include "app/CommandLine.h"
 #include "files/TestFiles.h"
+#include "tuning/RecordingMessages.h"
 
 namespace tonvane {
 namespace {
 
 using Tokens = std::vector<std::string>;
-
-struct ErrorMessages : Messages {
-    void error(const std::string& text) override { errors.push_back(text); }
-    bool confirm(const std::string& /*text*/, const std::string& /*caption*/) override {
-        return true;
-    }
-    void status(int /*line*/, const std::string& /*text*/) override {}
-
-    Tokens errors;
-};
 
 TEST(CommandLine, IsSplitByTheRulesThatCallersRelyOn) {
     for (const auto& [raw, tokens] : std::vector<std::pair<std::string, Tokens>>{
@@ -97,7 +88,7 @@ TEST(CommandLine, SetsTheValuesOfABatchStart) {
         SCOPED_TRACE(testing::PrintToString(c.tokens));
         ProgramValues values;
         values.AppDirectory = "/app/";
-        ErrorMessages messages;
+        tests::RecordingMessages messages;
         EXPECT_EQ(InterpretCommandLine(c.tokens, values, messages), c.prompt);
         EXPECT_EQ(values.InputSampleRate, c.rate);
         EXPECT_EQ(values.FilterSampleRate, c.rate);
@@ -113,7 +104,7 @@ TEST(CommandLine, TakesADamagedTargetFileAsFarAsItGoes) {
     const tests::TemporaryFolder folder;
     const std::string path = folder.write("t.txt", "-savedcurve\n-4\n90,2\nx");
     ProgramValues values;
-    ErrorMessages messages;
+    tests::RecordingMessages messages;
     InterpretCommandLine(Tokens{"-cmd", "", "r", "csv", "", path}, values, messages);
     EXPECT_EQ(messages.errors, Tokens{"Failed to load desired response data. File is missing."});
     EXPECT_EQ(values.TargetCurveKind, savedCurve);

@@ -1,4 +1,4 @@
-// The services behind the biquads, and the fit of known filters.
+// The pairing of roots, and the fit of known filters.
 #include <algorithm>
 #include <cmath>
 #include <complex>
@@ -12,9 +12,6 @@
 #include "design/BiquadSections.h"
 #include "design/CascadeResponse.h"
 #include "design/IirFitter.h"
-#include "design/LeastSquares.h"
-#include "design/LogResponse.h"
-#include "design/PolynomialRoots.h"
 #include "support/Signals.h"
 
 namespace tonvane {
@@ -25,50 +22,6 @@ using Complex = std::complex<double>;
 
 auto near(const std::vector<double>& x, double tolerance = 1e-12) {
     return testing::Pointwise(testing::DoubleNear(tolerance), x);
-}
-
-std::vector<double> solve(const std::vector<double>& matrix, const std::vector<double>& rhs) {
-    const auto rows = static_cast<int32_t>(rhs.size());
-    const auto cols = static_cast<int32_t>(matrix.size() / rhs.size());
-    std::vector<double> solution(static_cast<size_t>(cols));
-    LeastSquaresSolve(matrix, rhs, solution, rows, cols);
-    return solution;
-}
-
-TEST(LeastSquares, SolvesInTheLeastSquaresAndMinimumNormSense) {
-    // 2 + 3*t at t = 0 .. 3 plus a residual that is orthogonal to both columns.
-    EXPECT_THAT(solve({1, 0, 1, 1, 1, 2, 1, 3}, {2 + 1, 5 - 1, 8 - 1, 11 + 1}), near({2, 3}));
-    EXPECT_THAT(solve({1, 1, 1, 1}, {2, 4}), near({1.5, 1.5}));  // equal columns
-    EXPECT_THAT(solve({3, 4}, {25}), near({3, 4}));              // more unknowns than rows
-
-    // Larger than the solver's leaves, with a known solution.
-    const std::vector<double> matrix = tests::Noise(120 * 60);
-    const std::vector<double> expected = tests::Noise(60, 2);
-    std::vector<double> rhs(120, 0.0);
-    for (size_t i = 0; i < matrix.size(); ++i) {
-        rhs[i / 60] += matrix[i] * expected[i % 60];
-    }
-    EXPECT_THAT(solve(matrix, rhs), near(expected));
-}
-
-TEST(PolynomialRoots, AreFoundInEitherOrderOfCoefficients) {
-    // (z - 0.5)*(z + 0.25)*(z^2 - 1.2*z + 0.72), times 2; the pair is 0.6 +- 0.6j.
-    std::vector<double> coefficients = {2.0, -2.9, 1.79, -0.06, -0.18};
-    std::vector<double> re(4);
-    std::vector<double> im(4);
-    for (const bool leadingFirst : {true, false}) {
-        PolynomialRoots(coefficients, re, im, 4, leadingFirst);
-        const auto upper = std::ranges::max_element(im) - im.begin();
-        ASSERT_LT(upper, 3);
-        EXPECT_NEAR(im[upper], 0.6, 1e-13);
-        EXPECT_EQ(im[upper + 1], -im[upper]);
-        EXPECT_EQ(re[upper + 1], re[upper]);
-        std::ranges::sort(re);
-        EXPECT_THAT(re, near({-0.25, 0.5, 0.6, 0.6}));
-        std::ranges::reverse(coefficients);
-    }
-    PolynomialRoots(std::vector{0.0, 1.0, 1.0, 1.0, 1.0}, re, im, 4, true);
-    EXPECT_TRUE(std::isnan(re[0]));
 }
 
 TEST(BiquadSections, PairsRiseInAngleAndRealRootsComeLast) {
@@ -97,28 +50,6 @@ TEST(BiquadSections, PairsRiseInAngleAndRealRootsComeLast) {
     // With one real root the last complex section takes its place in the arrays as a pair.
     EXPECT_THAT(sectionsOf({0.5, low, c(low), mid}), near({1, -0.6, 0.25, 1, 0, 0.81}));
     EXPECT_THAT(sectionsOf({0.0, 0.0}), near({1, 0, 0}));
-}
-
-TEST(LogResponse, IsTheMagnitudeOfTheRationalFunction) {
-    // |3/(1 - 0.5*exp(-jw))|^2 = 9/(1.25 - cos(w))
-    const std::vector<double> b = {3.0};
-    const std::vector<double> a = {1.0, -0.5};
-    std::vector<double> angles(5);
-    std::vector<double> expected(5);
-    for (size_t i = 0; i < 5; ++i) {
-        angles[i] = static_cast<double>(i) * std::numbers::pi / 4.0;
-        expected[i] = 3.0 / std::sqrt(1.25 - std::cos(angles[i]));
-    }
-    ComplexVector curve(5);
-    magnitudeCurve(b, a, curve);
-    std::vector<double> logs(5);
-    logResponse(b, a, angles, logs);
-    for (size_t i = 0; i < 5; ++i) {
-        EXPECT_NEAR(std::abs(curve[i] - expected[i]), 0.0, 1e-14);
-        EXPECT_NEAR(logs[i], std::log10(expected[i]), 1e-15);
-    }
-    logResponse(b, {}, angles, logs);
-    EXPECT_THAT(logs, near(std::vector<double>(5, std::log10(3.0))));
 }
 
 constexpr int32_t rate = 48000;

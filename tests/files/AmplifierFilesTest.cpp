@@ -64,20 +64,14 @@ TEST(FilterFile, WhatIsWrongIsToldWithItsLine) {
     const std::string expectWord = "expected words of four bytes up to 03 FF FF FF";
     const std::pair<std::string, std::string> cases[] = {
         {"", ":0: the file ends before the end of the seventh section"},
-        {six, ":6: the file ends before the end of the seventh section"},
         {six + "0x2F" + zeros + "\n0xFF" + zeros, ":8: the file ends before"},
         {six + "0x2F" + section + "\n0x30" + section, ":9: expected nothing behind the seventh"},
         {"29" + section, ":1: " + expectAddress},
-        {"0x" + section, ":1: " + expectAddress},
         {"0x12345678" + section, ":1: " + expectAddress},
-        {"0x29 00 00 00\n", ":1: " + expectAddress},
         {"0x29" + zeros + zeros + "\n", ":1: " + expectAddress},
         {"0x29" + zeros + "\n0x2A" + zeros, ":2: " + expectMore},
-        {"0x29" + zeros + "\n0xFF" + section, ":2: " + expectMore},
         {"0x29 04 00 00 00\n", ":1: " + expectWord},
-        {"0x29 FF 80 00 00\n", ":1: " + expectWord},
         {"0x29 00 00 000 0\n", ":1: " + expectWord},
-        {"0x29 00 0x 00 00\n", ":1: " + expectWord},
     };
     for (const auto& [text, complaint] : cases) {
         const std::string path = folder.write("f", text);

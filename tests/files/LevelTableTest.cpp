@@ -13,15 +13,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using Rows = std::vector<std::pair<double, double>>;
-
-Rows rowsOf(const CsvTable& table) {
-    Rows rows;
-    for (int32_t i = 0; i < table.count; ++i) {
-        rows.emplace_back(table.frequency[i], table.level[i]);
-    }
-    return rows;
-}
+using tests::Rows;
+using tests::RowsOf;
 
 // How a table is written: the choice for each quirk, 0 for the plainest.
 enum Quirk {
@@ -148,7 +141,7 @@ void expectRead(const Quirks& quirks) {
     CsvTable table;
     InputNotes notes;
     ASSERT_EQ(tests::ComplaintOf([&] { ParseLevelTable("t", text, table, notes); }), "");
-    EXPECT_EQ(rowsOf(table), quirks[range] == 0 ? wideRows : narrowRows);
+    EXPECT_EQ(RowsOf(table), quirks[range] == 0 ? wideRows : narrowRows);
     const bool leavesOpen = quirks[header] == 4 || quirks[columns] == 2;
     InputNotes strict(true);
     EXPECT_EQ(tests::ComplaintOf([&] { ParseLevelTable("t", text, table, strict); }) != "",
@@ -197,7 +190,7 @@ TEST(LevelTable, SaysWhatItGuessedAndStrictlyRefusesIt) {
         CsvTable table;
         InputNotes notes;
         ParseLevelTable("t", c.text, table, notes);
-        EXPECT_EQ(rowsOf(table), c.rows);
+        EXPECT_EQ(RowsOf(table), c.rows);
         EXPECT_THAT(notes.texts(), testing::Contains(HasSubstr(c.note)));
         const bool isGuess = std::string_view(c.note) != "decimal commas";  // 0,5 groups nothing
         InputNotes strict(true);
@@ -207,7 +200,7 @@ TEST(LevelTable, SaysWhatItGuessedAndStrictlyRefusesIt) {
     CsvTable table;
     InputNotes notes;
     ParseLevelTable("t", "f/kHz\tdB\n0.02\t1\n20\t2\n20\t2", table, notes);
-    EXPECT_EQ(rowsOf(table), (Rows{{20, 1}, {20000, 2}}));
+    EXPECT_EQ(RowsOf(table), (Rows{{20, 1}, {20000, 2}}));
     EXPECT_THAT(notes.texts(),
                 ElementsAre(HasSubstr("1 header line passed over, frequencies in kHz"),
                             HasSubstr("1 row left out")));
@@ -261,6 +254,7 @@ TEST(LevelTableAtARate, SaysWhatIsCutAndWhatIsLeftOpen) {
         std::vector<std::string> notes;
     } cases[] = {
         {"20,1\n24000.9,2\n", {{20, 1}, {24000, 1}}, {}},
+        {"20,1\n24000,2\n30000,3\n", {{20, 1}, {24000, 2}}, {"1 row above"}},
         {"50,1\n15000,2\n", {{50, 1}, {15000, 2}, {24000, 2}}, {}},
         {"20,1\n20000,2\n30000,3\n40000,4\n", {{20, 1}, {20000, 2}, {24000, 2}}, {"2 rows above"}},
         {"200,1\n5000,2\n",
@@ -272,7 +266,7 @@ TEST(LevelTableAtARate, SaysWhatIsCutAndWhatIsLeftOpen) {
         InputNotes notes;
         ParseLevelTable("t", c.text, table, notes);
         FitTableToRate("t", table, 48000, notes);
-        EXPECT_EQ(rowsOf(table), c.rows);
+        EXPECT_EQ(RowsOf(table), c.rows);
         ASSERT_EQ(notes.texts().size(), c.notes.size());
         for (size_t i = 0; i < c.notes.size(); ++i) {
             EXPECT_THAT(notes.texts()[i], HasSubstr(c.notes[i]));

@@ -62,6 +62,14 @@ std::string ResponseBytes(int32_t rate, const std::vector<double>& samples) {
     return bytes;
 }
 
+Rows RowsOf(const CsvTable& table) {
+    Rows rows;
+    for (int32_t i = 0; i < table.count; ++i) {
+        rows.emplace_back(table.frequency[i], table.level[i]);
+    }
+    return rows;
+}
+
 FilterRecords ParseFilterFile(const std::string& text) {
     FilterRecords records;
     std::istringstream in(text);

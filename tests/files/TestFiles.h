@@ -6,8 +6,10 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "files/CsvTable.h"
 #include "files/InputError.h"
 #include "support/Golden.h"
 
@@ -44,6 +46,10 @@ std::string Contents(const std::string& path);
 
 // The bytes of a speaker response file.
 std::string ResponseBytes(int32_t rate, const std::vector<double>& samples);
+
+// Frequencies and levels of a table.
+using Rows = std::vector<std::pair<double, double>>;
+Rows RowsOf(const CsvTable& table);
 
 // What a filter file of either shape holds.
 struct FilterRecords {

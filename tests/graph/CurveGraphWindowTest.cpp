@@ -162,13 +162,5 @@ TEST_F(Drag, TheLowerHandleOfTwoIsHitInsideTwelvePixels) {
     EXPECT_LT(plot.handleRects[0].right, -1000000);
 }
 
-TEST_F(Drag, HandlesAreRoundedInTheirColours) {
-    plot.DrawHandles();
-    const auto calls = canvas.take();
-    ASSERT_EQ(calls.size(), 9U);
-    EXPECT_EQ(calls[0], "2 round 93,-166..105,-154 2 FFFFFF");  // 250*log10(50/20) = 99.5
-    EXPECT_EQ(calls[8], "2 round 494,-154..506,-142 2 80C000");
-}
-
 }  // namespace
 }  // namespace tonvane

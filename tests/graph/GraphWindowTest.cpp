@@ -22,10 +22,10 @@ using Calls = std::vector<std::string>;
 class GraphWindow : public testing::Test {
   protected:
     // The plot's area is 300 by 100 pixels.
-    void create(int32_t unit = 1) {
+    void create() {
         plot.backgroundColor = 0xBFE9EE;
         plot.gridColor = 0x606060;
-        plot.Create(canvas, 372 * unit, 132 * unit, unit);
+        plot.Create(canvas, 372, 132);
         plot.yAxis.scale = decibelScale;
         plot.yAxis.SetFixedRange(-40.0, 10.0, 5, 2);
         canvas.take();
@@ -50,16 +50,6 @@ class GraphWindow : public testing::Test {
     Calls all;
 };
 
-TEST_F(GraphWindow, ImagesHaveTheirOriginAtTheLowerLeftOfThePlot) {
-    plot.backgroundColor = 0x123456;
-    plot.Create(canvas, 372, 132);
-    EXPECT_THAT(canvas.take(),
-                ElementsAre("1 image 372x132", "1 origin 56,108", "1 fill -56,-108..316,24 123456",
-                            "2 image 372x132", "2 origin 56,108", "2 copy 1"));
-    EXPECT_EQ(plot.xAxis.pixels, 300);
-    EXPECT_EQ(plot.yAxis.pixels, 100);
-}
-
 TEST_F(GraphWindow, ALogarithmicGridLabelsOneTwoThreeAndFive) {
     create();
     plot.xAxis.scale = logScale;
@@ -75,15 +65,6 @@ TEST_F(GraphWindow, ALogarithmicGridLabelsOneTwoThreeAndFive) {
                     "'-40 ' left of -4,8 606060", "'-30 ' left of -4,-12 606060",
                     "'-20 ' left of -4,-32 606060", "'-10 ' left of -4,-52 606060",
                     "'0 ' left of -4,-72 606060", "'10 ' left of -4,-92 606060"));
-    const Calls pens = drawn("pen");
-    const Calls lines = drawn("line");
-    ASSERT_EQ(pens.size(), lines.size());
-    ASSERT_EQ(lines.size(), 19U + 11U + 4U);
-    EXPECT_EQ(lines[2] + " " + pens[2], "45,-100 45,0 A0A0A0 1");     // 40 Hz
-    EXPECT_EQ(lines[3] + " " + pens[3], "59,-100 59,0 606060 1");     // 50 Hz
-    EXPECT_EQ(lines[20] + " " + pens[20], "0,-10 300,-10 A0A0A0 1");  // -35 dB
-    EXPECT_THAT(Calls(lines.end() - 4, lines.end()),
-                ElementsAre("0,-100 0,0", "300,-100 300,0", "0,-100 300,-100", "0,0 300,0"));
     EXPECT_EQ(all.front(), "1 fill -56,-108..316,24 BFE9EE");
     EXPECT_EQ(all.back(), "2 copy 1");
 }
@@ -103,18 +84,6 @@ TEST_F(GraphWindow, SnappedAxesSpanTheirTicksAndUnsnappedOnesSkipTicksOutside) {
                 testing::IsSupersetOf({"'0 ' below 0,4 606060", "'20 ' below 60,4 606060",
                                        "'100 ' below 300,4 606060"}));
     EXPECT_EQ(drawn("line").size(), 11U + 11U);  // ticks of 10 and of 5 dB, and no frame
-}
-
-TEST_F(GraphWindow, EverythingGrowsWithTheDisplaysPixels) {
-    create(2);
-    EXPECT_EQ(plot.xAxis.pixels, 600);
-    plot.xAxis.scale = logScale;
-    plot.xAxis.SetRange(20.0, 2000.0);
-    drawGrid();
-    EXPECT_THAT(drawn("text"),
-                testing::IsSupersetOf({"'2k' below 600,8 606060", "'-40 ' left of -8,16 606060"}));
-    EXPECT_EQ(drawn("pen").front(), "606060 2");
-    EXPECT_EQ(all.front(), "1 fill -112,-216..632,48 BFE9EE");
 }
 
 TEST_F(GraphWindow, CurvesAreClippedStrokesInTheAxissScale) {

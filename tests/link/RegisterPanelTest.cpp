@@ -224,6 +224,9 @@ TEST_F(Panel, Set1SwitchesEverythingOffInsideOneBracket) {
     }
     EXPECT_FALSE(settings.biqEnabled || settings.splitEnabled || settings.drcEnabled[0] ||
                  settings.drcEnabled[1]);
+    designed.clear();  // then there are no sections to reset
+    panel.Set1();
+    EXPECT_EQ(record.take().size(), 3U + inside.size() - 7U + 3U);
 }
 
 TEST_F(Panel, SwitchesSendTheirGroupInsideTheBracket) {

@@ -27,6 +27,17 @@ std::vector<uint8_t> readRegister(CAmpLink& link, int32_t reg) {
     return bytes;
 }
 
+// A link as the commands have it.
+struct Command {
+    explicit Command(const DeskAmplifier& desk, int32_t timeLimit = longTime)
+        : link(socket, desk.port(), std::make_unique<CheckedTcpTransport>(timeLimit)) {
+        connection = link.Connect();
+    }
+    std::intptr_t socket = -1;
+    CAmpLink link;
+    CAmpLink::Connection connection;
+};
+
 // What a command would say of an operation; empty if nothing is wrong.
 template <typename Operation>
 std::string complaint(Operation operate) {
@@ -40,9 +51,9 @@ std::string complaint(Operation operate) {
 
 TEST(TcpLink, A100000FramesComeBackAsTheyWereSent) {
     DeskAmplifier desk;
-    std::intptr_t socket = -1;
-    CAmpLink link(socket, desk.port(), std::make_unique<CheckedTcpTransport>(longTime));
-    ASSERT_EQ(link.Connect(), CAmpLink::Connection::made);
+    Command command(desk);
+    CAmpLink& link = command.link;
+    ASSERT_EQ(command.connection, CAmpLink::Connection::made);
     const std::vector<int32_t> registersOfAllLengths{0x07, 0x20, 0x3B, 0x53, 0x29, 0x77};
     std::mt19937 random(1);
     for (int32_t frame = 0; frame < 100000; frame += 2) {
@@ -90,10 +101,8 @@ TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {
     for (const auto& c : cases) {
         DeskAmplifier desk(c.fault);
         const auto attempt = [&](auto operate) {
-            std::intptr_t socket = -1;
-            CAmpLink link(socket, desk.port(), std::make_unique<CheckedTcpTransport>(c.timeLimit));
-            link.Connect();
-            return complaint([&] { operate(link); });
+            Command command(desk, c.timeLimit);
+            return complaint([&] { operate(command.link); });
         };
         EXPECT_THAT(attempt([](CAmpLink& link) { readRegister(link, 0x29); }),
                     AllOf(HasSubstr(c.read), HasSubstr(*c.read ? "read of 29 PEQ Coef L0" : "")));
@@ -116,16 +125,12 @@ TEST(TcpLink, ACommandIsToldHowMuchOfAListIsWritten) {
     };
     for (const auto& [after, text] : cases) {
         DeskAmplifier desk(Fault::closing, after);
-        std::intptr_t socket = -1;
-        CAmpLink link(socket, desk.port(), std::make_unique<CheckedTcpTransport>(longTime));
-        link.Connect();
-        EXPECT_THAT(complaint([&] { WriteInShutdown(link, writes); }), HasSubstr(text));
+        Command command(desk);
+        EXPECT_THAT(complaint([&] { WriteInShutdown(command.link, writes); }), HasSubstr(text));
     }
     DeskAmplifier desk(Fault::closing, 1);
-    std::intptr_t socket = -1;
-    CAmpLink link(socket, desk.port(), std::make_unique<CheckedTcpTransport>(longTime));
-    link.Connect();
-    EXPECT_THAT(complaint([&] { WriteRegisters(link, writes); }),
+    Command command(desk);
+    EXPECT_THAT(complaint([&] { WriteRegisters(command.link, writes); }),
                 testing::EndsWith("; 1 of 3 registers are written"));
 }
 

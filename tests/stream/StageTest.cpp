@@ -51,22 +51,6 @@ void fill(CStreamBuffer& buffer, int32_t frames, bool isInterleaved) {
     }
 }
 
-TEST(StreamBuffer, LosesMemoryOfAnotherOrItsOwn) {
-    CStreamBuffer own;
-    CStreamBuffer other;
-    ASSERT_TRUE(own.Allocate(2, 8, true));
-    EXPECT_FALSE(own.Attach(own.data, 1, 1, true));
-    own.Detach();
-    EXPECT_EQ(own.frames, 8);
-    ASSERT_TRUE(other.Attach(own.data, 2, 8, true));
-    EXPECT_FALSE(other.Allocate(2, 4, true));
-    EXPECT_EQ(other.data, own.data);
-    other.Detach();
-    EXPECT_EQ(other.data, nullptr);
-    ASSERT_TRUE(own.Allocate(1, 4, false));
-    EXPECT_THAT(own.samples(), ElementsAre(0.0, 0.0, 0.0, 0.0));
-}
-
 class Layouts : public testing::TestWithParam<std::tuple<bool, bool>> {};
 
 TEST_P(Layouts, BlocksOfAnySizeFeedBlocksOfAnySize) {

@@ -1,11 +1,11 @@
 // The devices on real servers without hardware: what is played is captured again.
 #include <algorithm>
-#include <thread>
 
 #include <gmock/gmock.h>
 
 #include "device/AudioServers.h"
 #include "device/DeviceFaults.h"
+#include "device/DeviceLoop.h"
 #include "device/alsa/AlsaWave.h"
 #include "device/jack/JackWave.h"
 #include "device/menu/DeviceMenu.h"
@@ -16,82 +16,21 @@ namespace tonvane {
 namespace {
 
 using testing::HasSubstr;
+using tests::DeviceLoop;
+using Samples = DeviceLoop::Samples;
 
-constexpr int32_t depth = 32768;
+constexpr int32_t depth = DeviceLoop::depth;
 constexpr int32_t rate = 48000;
-constexpr int32_t block = 256;
-
-using Words = std::vector<int32_t>;
 
 // Noise, so that a frame has one place only; of 16 bits, which every way here keeps.
-Words noise(int32_t frames) {
-    Words words;
-    words.reserve(static_cast<size_t>(frames));
-    for (const double sample : tests::Noise(frames, 3)) {
-        words.push_back(static_cast<int32_t>(sample * 20000.0));
-    }
-    return words;
+Samples noise(int32_t frames) {
+    Samples samples = tests::Noise(frames, 3);
+    std::ranges::for_each(samples, [](double& x) { x = std::floor(x * 20000.0) / 32768.0; });
+    return samples;
 }
 
-// Plays the words on the left channel and captures `frames` of it, by what the device's format is.
-template <typename Sample>
-class Loop {
-  public:
-    explicit Loop(CWaveDevice& device) : device_(device) {}
-
-    bool Open() {
-        const WAVEFORMATEX format = MakeWaveFormat(rate, 2, device_.BitsPerSample());
-        return device_.Open(&format, &format, depth, nullptr);
-    }
-
-    Words Run(const Words& played, int32_t frames) {
-        Words got;
-        std::thread writer([&] { write(played); });
-        std::thread reader([&] { got = read(frames); });
-        device_.WaitFilled();
-        device_.Start();
-        writer.join();
-        reader.join();
-        device_.Stop();
-        return got;
-    }
-
-  private:
-    static constexpr int32_t scale = sizeof(Sample) == 4 ? 65536 : 1;
-
-    size_t at(int32_t frame) const {
-        return static_cast<size_t>(device_.IsInterleaved() ? 2 * frame : frame);
-    }
-
-    void write(const Words& played) {
-        for (size_t first = 0; first < played.size(); first += block) {
-            std::vector<Sample> frames(2 * block);
-            for (int32_t i = 0; i < block && first + i < played.size(); ++i) {
-                frames[at(i)] = static_cast<Sample>(played[first + i] * scale);
-            }
-            device_.Write(frames.data(), block);
-        }
-        device_.FlushOutput();
-        device_.WaitEmpty();
-    }
-
-    Words read(int32_t count) {
-        Words words;
-        std::vector<Sample> frames(2 * block);
-        while (static_cast<int32_t>(words.size()) < count &&
-               device_.Read(frames.data(), block) == block) {
-            for (int32_t i = 0; i < block; ++i) {
-                words.push_back(frames[at(i)] / scale);
-            }
-        }
-        return words;
-    }
-
-    CWaveDevice& device_;
-};
-
-// Where the words from `first` on stand in the capture; far outside if they do not.
-int32_t offsetOf(const Words& captured, const Words& played, int32_t first, int32_t count) {
+// Where the samples from `first` on stand in the capture; far outside if they do not.
+int32_t offsetOf(const Samples& captured, const Samples& played, int32_t first, int32_t count) {
     const auto at = std::search(captured.begin(), captured.end(), played.begin() + first,
                                 played.begin() + first + count);
     return at == captured.end() ? INT32_MAX : static_cast<int32_t>(at - captured.begin()) - first;
@@ -113,17 +52,18 @@ void makeUndisturbed(Run run) {
 TEST(JackDevice, WhatIsPlayedIsCapturedOutOfStepWithItsLatency) {
     const tests::JackServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
-    const Words played = noise(60000);
+    const Samples played = noise(60000);
     for (const int32_t delay : {0, 2000}) {
         const tests::JackSpeaker speaker(delay);
         ASSERT_TRUE(speaker.isUp);
         int32_t offset = 0;
         makeUndisturbed([&] {
             CJackWave device("speaker");
-            Loop<int32_t> loop(device);
+            DeviceLoop loop(device);
             EXPECT_TRUE(loop.Open()) << device.refusal();
             offset = offsetOf(loop.Run(played, 65536), played, 0, 60000);
             EXPECT_EQ(device.Latency(), 1024 + delay);
+            device.Stop();
             return device.xruns();
         });
         EXPECT_EQ(offset, 1024 + delay);
@@ -133,14 +73,15 @@ TEST(JackDevice, WhatIsPlayedIsCapturedOutOfStepWithItsLatency) {
 TEST(JackDevice, ItsOwnPortsConnectedToEachOtherChangeAFrame) {
     const tests::JackServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
-    const Words played = noise(60000);
+    const Samples played = noise(60000);
     int32_t offset = 0;
     makeUndisturbed([&] {
         CJackWave device;
-        Loop<int32_t> loop(device);
+        DeviceLoop loop(device);
         EXPECT_TRUE(loop.Open()) << device.refusal();
         EXPECT_TRUE(tests::ConnectJackPorts("tonvane:out_1", "tonvane:in_1"));
         offset = offsetOf(loop.Run(played, 65536), played, 0, 60000);
+        device.Stop();
         return device.xruns();
     });
     EXPECT_EQ(offset, 1024) << "a period";
@@ -150,7 +91,7 @@ TEST(JackDevice, ItsCallbackTakesALockOrMemoryOrCallsTheSystem) {
     tests::JackServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
     CJackWave device;
-    Loop<int32_t> loop(device);
+    DeviceLoop loop(device);
     ASSERT_TRUE(loop.Open()) << device.refusal();
     ASSERT_TRUE(device.Start());
     server.process.Freeze(true);  // so that this thread is the only one to call
@@ -172,10 +113,10 @@ TEST(JackDevice, AServerThatEndsHoldsTheWorkers) {
     tests::JackServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
     CJackWave device;
-    Loop<int32_t> loop(device);
+    DeviceLoop loop(device);
     ASSERT_TRUE(loop.Open()) << device.refusal();
     std::thread end([&] { server.process.End(); });
-    loop.Run(Words(1000000), 1000000);
+    loop.Run(Samples(1000000), 1000000);
     end.join();
     EXPECT_TRUE(device.isLost());
     device.Close();
@@ -192,7 +133,7 @@ TEST(JackDevice, ARunThatCannotBeGoodIsOpened) {
     EXPECT_EQ(device.refusal(),
               "Sample rate 44100 Hz is not supported: the JACK server runs at 48000 Hz");
     CJackWave other("nobody");
-    EXPECT_FALSE(Loop<int32_t>(other).Open());
+    EXPECT_FALSE(DeviceLoop(other).Open());
     EXPECT_THAT(other.refusal(), HasSubstr("\"nobody\""));
 }
 
@@ -214,12 +155,12 @@ TEST(DeviceMenu, ADeviceIsMissingOrAServerIsStarted) {
             namesAndIds(),
             (List{{200, "alsa"}, {201, "jack:system"}, {202, "jack:speaker"}, {300, "simulated"}}));
         const auto device = FindDevice(ListDevices(), "jack:speaker").make();
-        EXPECT_TRUE(Loop<int32_t>(*device).Open());
+        EXPECT_TRUE(DeviceLoop(*device).Open());
     }
     EXPECT_EQ(namesAndIds(), (List{{200, "alsa"}, {300, "simulated"}})) << "without a server";
     EXPECT_EQ(FindDevice(ListDevices(), "201").make, nullptr);
     const auto pcm = FindDevice({}, "alsa:no such PCM").make();
-    EXPECT_FALSE(Loop<int16_t>(*pcm).Open());
+    EXPECT_FALSE(DeviceLoop(*pcm).Open());
     EXPECT_THAT(RefusalOf(*pcm), HasSubstr("\"no such PCM\""));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
@@ -227,9 +168,9 @@ TEST(DeviceMenu, ADeviceIsMissingOrAServerIsStarted) {
 TEST(AlsaDevice, WhatIsPlayedIsCapturedWithGapsOrFarOutOfStep) {
     const tests::PulseServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
-    const Words played = noise(150000);
+    const Samples played = noise(150000);
     CAlsaWave device;
-    Loop<int16_t> loop(device);
+    DeviceLoop loop(device);
     for (int run = 0; run < 3; ++run) {
         int32_t offset = 0;
         makeUndisturbed([&] {
@@ -273,10 +214,10 @@ TEST(AlsaDevice, AServerThatEndsHoldsTheWorkers) {
     tests::PulseServer server;
     ASSERT_TRUE(server.isUp) << server.process.log();
     CAlsaWave device;
-    Loop<int16_t> loop(device);
+    DeviceLoop loop(device);
     ASSERT_TRUE(loop.Open()) << device.refusal();
     std::thread end([&] { server.process.End(); });
-    loop.Run(Words(10000000), 10000000);
+    loop.Run(Samples(10000000), 10000000);
     end.join();
     EXPECT_TRUE(device.isLost());
 }

@@ -7,6 +7,7 @@
 #include "link/DeskAmplifier.h"
 #include "link/Recording.h"
 #include "transform/FftTables.h"
+#include "tuning/RecordingMessages.h"
 #include "tuning/TuningRun.h"
 
 namespace tonvane {
@@ -16,14 +17,6 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using Lines = std::vector<std::string>;
-
-struct NoMessages : Messages {
-    void error(const std::string& /*text*/) override {}
-    bool confirm(const std::string& /*text*/, const std::string& /*caption*/) override {
-        return true;
-    }
-    void status(int /*line*/, const std::string& /*text*/) override {}
-};
 
 class DesignPass : public testing::Test {
   protected:
@@ -61,7 +54,7 @@ class DesignPass : public testing::Test {
 
     tests::DeskAmplifier desk;
     ProgramValues values;
-    NoMessages messages;
+    tests::RecordingMessages messages;
     std::unique_ptr<TuningRun> run;
     size_t seen = 0;
 };
@@ -94,12 +87,6 @@ TEST_F(DesignPass, WithoutAValidResponseLeavesAnEmptyBracket) {
     run->amplifier.biqEnabled = true;
     run->OpenCsvFile("no such table");
     EXPECT_THAT(events(), ElementsAreArray(tests::Bracketed({})));
-}
-
-TEST_F(DesignPass, WithoutALinkNeitherSendsNorWaits) {
-    run->OpenResponseFile(tests::GoldenPath("port44.qsr"));
-    EXPECT_THAT(events(), IsEmpty());
-    EXPECT_EQ(run->iirFitter.coefficientWords.size(), 35U);
 }
 
 TEST_F(DesignPass, GoesThroughWhenTheServerIsGone) {

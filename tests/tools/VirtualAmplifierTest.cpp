@@ -1,7 +1,6 @@
-// The virtual amplifier's registers and its cutting of frames, without a socket.
+// What the virtual amplifier remarks on.
 #include <gmock/gmock.h>
 
-#include "virtual-amplifier/FrameParser.h"
 #include "virtual-amplifier/RegisterFile.h"
 
 namespace tonvane::virtualamp {
@@ -10,16 +9,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Bytes = std::vector<uint8_t>;
-
-TEST(RegisterFile, KeepsContentsAtTheirLengths) {
-    RegisterFile registers;
-    EXPECT_THAT(registers.words(0x29), ElementsAre(0x800000, 0, 0, 0, 0));
-    EXPECT_THAT(registers.read(0x57, 4), ElementsAre(0, 2, 0, 0));
-    EXPECT_THAT(registers.write(0x07, Bytes{0x30}), IsEmpty());
-    EXPECT_THAT(registers.read(0x07, 3), ElementsAre(0x30, 0, 0));
-    EXPECT_THAT(registers.write(0x51, Bytes{1, 2, 3, 4, 5, 6, 7, 8}), IsEmpty());
-    EXPECT_THAT(registers.words(0x51), ElementsAre(0x01020304, 0x05060708, 0, 0, 0));
-}
 
 TEST(RegisterFile, TakesWhatIsOddAndSaysSo) {
     RegisterFile registers;
@@ -49,30 +38,6 @@ TEST(RegisterFile, ReportsFiltersAndDynamicsThatChangeWhileTheAudioRuns) {
     registers.write(0x05, Bytes{0x00});
     EXPECT_FALSE(registers.isShutDown());
     EXPECT_TRUE(isReported(0x29));
-}
-
-TEST(FrameParser, CutsFramesHoweverTheyCome) {
-    const std::vector<Bytes> frames{
-        {1, 5, 1, 0x40}, {0, 0x29, 20}, {1, 7, 0}, {1, 0x51, 3, 0, 1, 2}};
-    Bytes stream;
-    for (const Bytes& frame : frames) {
-        stream.insert(stream.end(), frame.begin(), frame.end());
-    }
-    for (size_t piece = 1; piece <= stream.size(); ++piece) {
-        FrameParser parser;
-        std::vector<Bytes> found;
-        for (size_t at = 0; at < stream.size(); at += piece) {
-            parser.take(std::span(stream).subspan(at, std::min(piece, stream.size() - at)));
-            while (const auto frame = parser.next()) {
-                found.push_back(*frame);
-            }
-        }
-        EXPECT_EQ(found, frames) << piece;
-        EXPECT_FALSE(parser.isLost());
-        parser.take(Bytes{2, 0, 0, 0});
-        EXPECT_TRUE(parser.isLost());
-        EXPECT_FALSE(parser.next());
-    }
 }
 
 }  // namespace

@@ -123,22 +123,6 @@ TEST_F(Measuring, GivesTheSpeakersResponseBack) {
     EXPECT_EQ(run->responseAnalyzer.cutoffHz, direct.cutoffHz);
 }
 
-TEST_F(Measuring, LeavesAFileThatGivesTheSameFilter) {
-    SimulatedSetup setup = SimulatedSpeaker(exampleSpeaker().samples);
-    setup.noise = 1e-4;
-    setup.bits = 16;
-    setup.interleaved = true;
-    start(setup);
-    measure();
-    EXPECT_EQ(run->designedSections().size(), 35U);
-
-    TuningRun again(values, log);
-    again.InitTuningState();
-    again.OpenResponseFile(folder / "measured.qsr");
-    EXPECT_THAT(again.designedSections(), testing::ElementsAreArray(run->designedSections()));
-    EXPECT_EQ(again.responseAnalyzer.delaySamples, run->responseAnalyzer.delaySamples);
-}
-
 struct Width {
     int bits;
     double withinDb;
@@ -157,47 +141,6 @@ TEST_P(MeasuringWidths, HasTheOnsetOfADirectPathAtSample32AndItsFlatSpectrum) {
 
 INSTANTIATE_TEST_SUITE_P(Bits, MeasuringWidths, testing::Values(Width{16, 0.01}, Width{32, 1e-5}),
                          [](const auto& instance) { return std::to_string(instance.param.bits); });
-
-TEST_F(Measuring, ChangesNothingWhenItIsGivenUpOrCannotStart) {
-    start({.refusesToOpen = true});
-    measurement->Measure();
-    EXPECT_FALSE(measurement->started());
-    EXPECT_THAT(log.lines, ElementsAre("1Preparing ...", "2", "disable", "list", "curves"));
-    measurement->CaptureDone(false);
-    EXPECT_FALSE(run->responseReady);
-    EXPECT_FALSE(run->responseAnalyzer.valid);
-    EXPECT_EQ(folder.names(), std::set<std::string>{});
-    EXPECT_EQ(log.lines.back(), "enable");
-}
-
-TEST_F(Measuring, ThePlayerTellsLengthAndPositionInQuarterSeconds) {
-    start({});
-    CWaveFile file;
-    ASSERT_TRUE(file.Create(folder / "in.wav", 8000, 16, 2));
-    file.Write(std::vector<double>(2 * 80800).data(), 80800);  // 10.1 seconds
-    file.Close();
-    ASSERT_TRUE(player->OpenWaveFile(folder / "in.wav"));
-    EXPECT_DOUBLE_EQ(player->durationQuarters, 40.4);
-    EXPECT_EQ(player->rangeQuarters, 41);
-    EXPECT_EQ(player->durationText, " / 00:11");
-    player->Seek(21.0);
-    EXPECT_EQ(player->PositionQuarters(), 21);
-    EXPECT_FALSE(player->isActive());
-    ASSERT_TRUE(player->Play());
-    EXPECT_TRUE(player->isActive());
-    EXPECT_TRUE(player->Play());
-    EXPECT_TRUE(engine->paused);
-    EXPECT_TRUE(player->Play());
-    EXPECT_FALSE(engine->paused);
-    player->Stop();
-    EXPECT_FALSE(player->isActive());
-    EXPECT_EQ(player->PositionQuarters(), 0);
-    EXPECT_FALSE(player->OpenWaveFile(folder / "none.wav"));
-    EXPECT_EQ(player->durationText, " / --:--");
-    EXPECT_EQ(player->rangeQuarters, 0);
-    EXPECT_EQ(WavePlayer::PositionText(-1), "--:--");
-    EXPECT_EQ(WavePlayer::PositionText(4 * 671 + 3), "11:11");
-}
 
 }  // namespace
 }  // namespace tonvane

@@ -1,6 +1,5 @@
 // A tuning run without a window, from the values of a command line to the files at its end.
 #include <cmath>
-#include <limits>
 #include <memory>
 
 #include <gmock/gmock.h>
@@ -8,6 +7,8 @@
 #include "files/TestFiles.h"
 #include "transform/FftTables.h"
 #include "tuning/DesignReport.h"
+#include "tuning/GoldenValues.h"
+#include "tuning/RecordingMessages.h"
 #include "tuning/TuningRun.h"
 
 namespace tonvane {
@@ -18,34 +19,8 @@ using testing::IsEmpty;
 using tests::GoldenCase;
 using Texts = std::vector<std::string>;
 
-struct RecordingMessages : Messages {
-    void error(const std::string& text) override { errors.push_back(text); }
-    bool confirm(const std::string& text, const std::string& caption) override {
-        questions.push_back(caption + ": " + text);
-        return answer;
-    }
-    void status(int line, const std::string& text) override {
-        states.push_back(std::to_string(line) + text);
-    }
-
-    bool answer = true;
-    Texts errors, questions, states;
-};
-
 class TuningRunTest : public testing::Test {
   protected:
-    // As the command line of a golden case sets them.
-    void setGolden(const GoldenCase& golden) {
-        setRate(tests::GoldenFigures(golden)["inputRate"]);
-        values.ResponseIsCsv = golden.isCsv;
-        values.ResponseFilePath = tests::GoldenPath(golden.response);
-        TargetSettings settings;
-        LoadTargetFile(tests::GoldenPath(golden.target), settings);
-        values.DefaultTargetCurve = settings.curve;
-        values.TargetCurveKind = settings.kind;
-        values.InitialGainClamp = settings.gainClampDb;
-    }
-    void setRate(int32_t rate) { values.InputSampleRate = values.FilterSampleRate = rate; }
     void start() {
         InitFftTables(responseLength);
         run = std::make_unique<TuningRun>(values, messages);
@@ -55,9 +30,8 @@ class TuningRunTest : public testing::Test {
         return run->iirFitter.coefficientWords;
     }
 
-    tests::TemporaryFolder folder;
     ProgramValues values;
-    RecordingMessages messages;
+    tests::RecordingMessages messages;
     std::unique_ptr<TuningRun> run;
 };
 
@@ -65,7 +39,7 @@ class GoldenRun : public TuningRunTest, public testing::WithParamInterface<Golde
 
 TEST_P(GoldenRun, HasTheReferencesFilterAndFigures) {
     const GoldenCase& golden = GetParam();
-    setGolden(golden);
+    tests::SetGoldenValues(golden, values);
     start();
     EXPECT_THAT(messages.errors, IsEmpty());
     EXPECT_EQ(messages.states, (Texts{"1Analyzing Loaded Data ...", "1", "2"}));
@@ -126,8 +100,8 @@ INSTANTIATE_TEST_SUITE_P(Case, GoldenRun, testing::ValuesIn(tests::GoldenCases()
                          });
 
 TEST_F(TuningRunTest, DesignsAtTheFilesRateAndFitsAtItsOwn) {
-    setGolden(tests::GoldenCases()[0]);
-    setRate(44100);
+    tests::SetGoldenValues(tests::GoldenCases()[0], values);
+    values.InputSampleRate = values.FilterSampleRate = 44100;
     start();
     EXPECT_EQ(run->responseAnalyzer.sampleRate, 48000.0);
     EXPECT_EQ(run->eqDesigner.sampleRate, 48000);
@@ -137,126 +111,6 @@ TEST_F(TuningRunTest, DesignsAtTheFilesRateAndFitsAtItsOwn) {
                              values.SampleRateTable[0], run->iirFitter.sampleRate}),
                 testing::Each(96000));
     EXPECT_EQ(run->eqDesigner.sampleRate, 48000);
-}
-
-TEST_F(TuningRunTest, ReadsATableAtTheNewInputRate) {
-    setGolden(tests::GoldenCases()[2]);
-    start();
-    const auto before = words();
-    run->ChangeInputRate(2);
-    EXPECT_EQ(run->eqDesigner.sampleRate, 44100);
-    EXPECT_EQ(run->responseAnalyzer.sampleRate, 44100.0);
-    EXPECT_NE(words(), before);
-    run->ChangeInputRate(3);  // with the target still on the grid of 44100 Hz
-    run->ChangeInputRate(3);
-    EXPECT_EQ(words(), before);
-    values.ResponseFilePath.clear();  // what came another way is not loaded again
-    run->ChangeInputRate(2);
-    EXPECT_EQ(words(), before);
-}
-
-TEST_F(TuningRunTest, StartsWithTheClampAndTheRateItIsGiven) {
-    const struct {
-        int32_t fileGain, index;
-        double clampDb;
-        int32_t rate, rateItem;
-    } cases[] = {{-3, 3, -3.0, 32000, 0},
-                 {3, 3, -3.0, 44100, 1},
-                 {0, 0, 0.0, 192000, 5},
-                 {20, -1, 1.0, 22050, 2},
-                 {std::numeric_limits<int32_t>::min(), -1, 1.0, 48000, 2}};
-    for (const auto& c : cases) {
-        values.InitialGainClamp = c.fileGain;
-        setRate(c.rate);
-        start();
-        EXPECT_EQ(run->gainIndex, c.index);
-        EXPECT_EQ(run->gainClampDb(), c.clampDb);
-        EXPECT_EQ(std::signbit(run->gainClampDb()), c.clampDb < 0.0);  // 0 dB is not -0 dB
-        EXPECT_EQ(run->inputRateIndex, c.rateItem);
-        EXPECT_EQ(run->designRate, c.rate);
-    }
-}
-
-TEST_F(TuningRunTest, DesignsAfterAnEditOnlyWhenAsked) {
-    setGolden(tests::GoldenCases()[0]);
-    start();
-    const auto first = words();
-    const auto target = run->eqDesigner.targetPower;
-    TargetRecord edited = run->curves[0];
-    edited.points[3].level = -9;
-    run->ApplyCurveEdit(edited, false);
-    EXPECT_EQ(words(), first);
-    EXPECT_NE(run->eqDesigner.targetPower, target);
-    run->ApplyCurveEdit(edited, true);
-    EXPECT_NE(words(), first);
-
-    run->ResetCurve();  // to the target file's curve; and one input has one result
-    EXPECT_EQ(run->curves[0], values.DefaultTargetCurve);
-    EXPECT_EQ(words(), first);
-    run->OpenResponseFile(values.ResponseFilePath);
-    EXPECT_EQ(words(), first);
-}
-
-TEST_F(TuningRunTest, TakesCurvesAndClampFromAParameterFile) {
-    setGolden(tests::GoldenCases()[1]);
-    start();
-    const auto first = words();
-    run->LoadDesignParameters(folder.write(
-        "p.txt", "[Global]\nTargetCurveIndex=12\nEqAttn=13\n[TargetCurveTop9]\npts0_y=-8\n"));
-    EXPECT_EQ(run->currentCurve, 9);
-    EXPECT_EQ(run->eqDesigner.gainClampDb, 1.0);  // beyond the list
-    EXPECT_EQ(run->curves[9].points[0], (CurvePoint{70, -8}));
-    EXPECT_EQ(run->curves[0], values.DefaultTargetCurve);
-    EXPECT_NE(words(), first);
-    const auto ninth = words();
-
-    EXPECT_EQ(run->SaveDesignParameters(folder / "saved.txt"), std::nullopt);
-    run->LoadDesignParameters(folder.write("p.txt", "[Global]\nEqAttn=3\n"));
-    EXPECT_EQ(words(), first);
-    run->LoadDesignParameters(folder / "saved.txt");
-    EXPECT_EQ(words(), ninth);
-}
-
-TEST_F(TuningRunTest, SavesAtItsEndWhatThereIsToSave) {
-    const Texts none;
-    const struct {
-        const char* response;  // in the folder of the golden cases
-        bool isCsv;
-        std::string filter, target;  // in the temporary folder
-        bool prompt, answer;
-        Texts written, errors;
-    } cases[] = {
-        {"small48.qsr", false, "f", "t", false, false, {"f", "t"}, none},
-        {"small48.qsr", false, "f", "t", true, true, {"f", "t"}, none},
-        {"small48.qsr", false, "f", "t", true, false, none, none},
-        {"small48.qsr", false, "", "t", true, true, none, none},
-        {"small48.qsr", false, "f", "", false, true, {"f"}, none},
-        {"", false, "f", "t", false, true, none, none},
-        {"no", false, "f", "t", false, true, none, {"Failed to open speaker response file"}},
-        {"no", true, "f", "t", false, true, {"t"}, {"Failed to process data."}},
-        {"small48.qsr", true, "f", "t", false, true, {"t"}, {"Failed to process data."}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(&c - cases);
-        const tests::TemporaryFolder output;
-        const auto pathOf = [&](const std::string& name) {
-            return name.empty() ? name : output / name;
-        };
-        values.ResponseFilePath = *c.response == '\0' ? "" : tests::GoldenPath(c.response);
-        values.ResponseIsCsv = c.isCsv;
-        values.FilterFilePath = pathOf(c.filter);
-        values.TargetFilePath = pathOf(c.target);
-        messages = {};
-        messages.answer = c.answer;
-        start();
-        run->promptOnExit = c.prompt;
-        run->SaveFiltersOnExit();
-        EXPECT_THAT(output.names(), testing::ElementsAreArray(c.written));
-        EXPECT_EQ(messages.errors, c.errors);
-        EXPECT_EQ(messages.questions, c.prompt && !c.filter.empty()
-                                          ? Texts{"Prompt: Do you want to save filters?"}
-                                          : none);
-    }
 }
 
 TEST_F(TuningRunTest, WarnsOfAFilterThatCannotBeUsed) {

@@ -9,10 +9,9 @@
 
 #include <gmock/gmock.h>
 
-#include "files/TargetFile.h"
 #include "files/TestFiles.h"
-#include "support/Golden.h"
 #include "transform/FftTables.h"
+#include "tuning/GoldenValues.h"
 #include "ui/Controls.h"
 #include "ui/MainDlg.h"
 #include "ui/RecordingHost.h"
@@ -33,15 +32,7 @@ class DialogDesk : public testing::Test {
 
     // As the command line of a golden case sets the values, with files in the folder.
     void setGolden(const GoldenCase& golden) {
-        const int32_t rate = GoldenFigures(golden)["inputRate"];
-        values.InputSampleRate = values.FilterSampleRate = rate;
-        values.ResponseIsCsv = golden.isCsv;
-        values.ResponseFilePath = GoldenPath(golden.response);
-        TargetSettings settings;
-        LoadTargetFile(GoldenPath(golden.target), settings);
-        values.DefaultTargetCurve = settings.curve;
-        values.TargetCurveKind = settings.kind;
-        values.InitialGainClamp = settings.gainClampDb;
+        SetGoldenValues(golden, values);
         values.FilterFilePath = folder / "filter.txt";
         values.TargetFilePath = folder / "target.txt";
     }

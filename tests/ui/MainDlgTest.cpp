@@ -1,4 +1,6 @@
 // The dialog by what a person does to it and what it then shows, asks for and writes.
+#include <limits>
+
 #include "link/DeskAmplifier.h"
 #include "ui/DialogDesk.h"
 
@@ -44,11 +46,13 @@ TEST_F(MainDlg, APlainStartShowsPlotListsAndCloseAndDesignsNothing) {
 
 TEST_F(MainDlg, RateAndGainOfTheStartAreSelectedWhereTheListsHaveThem) {
     const struct {
-        int32_t rate;
-        int32_t gain;
-        int rateItem;
-        int gainItem;
-    } starts[] = {{32000, -3, 0, 3}, {192000, 3, 5, 3}, {22050, -12, 2, 12}, {88200, -13, 2, -1}};
+        int32_t rate, gain;
+        int rateItem, gainItem;
+        double clampDb;
+    } starts[] = {
+        {32000, -3, 0, 3, -3.0},  {192000, 3, 5, 3, -3.0},
+        {44100, 0, 1, 0, 0.0},    {22050, -12, 2, 12, -12.0},
+        {88200, -13, 2, -1, 1.0}, {48000, std::numeric_limits<int32_t>::min(), 2, -1, 1.0}};
     for (const auto& s : starts) {
         host.renew();
         values.InputSampleRate = values.FilterSampleRate = s.rate;
@@ -56,6 +60,8 @@ TEST_F(MainDlg, RateAndGainOfTheStartAreSelectedWhereTheListsHaveThem) {
         start();
         EXPECT_EQ(control(3001).selected, s.rateItem) << s.rate;
         EXPECT_EQ(control(2021).selected, s.gainItem) << s.gain;
+        EXPECT_EQ(run().gainClampDb(), s.clampDb);
+        EXPECT_EQ(std::signbit(run().gainClampDb()), s.clampDb < 0.0);  // 0 dB is not -0 dB
         EXPECT_THAT(control(2040).items, ElementsAre(std::to_string(s.rate) + " Hz"));
         EXPECT_EQ(run().designRate, s.rate);
     }
@@ -109,6 +115,12 @@ TEST_F(MainDlg, EndsWithTheFilesAndTheExitCodeOfEachWay) {
         EXPECT_EQ(std::remove((folder / "filter.txt").c_str()) == 0, w.writes) << w.way;
         EXPECT_EQ(std::remove((folder / "target.txt").c_str()) == 0, w.writes) << w.way;
     }
+    values.FilterFilePath.clear();  // nothing to save, nothing to ask
+    promptOnExit = true;
+    start();
+    host.press(8);
+    EXPECT_THAT(host.take(), testing::Not(Contains(testing::StartsWith("Prompt"))));
+    EXPECT_THAT(folder.names(), ElementsAre("state"));  // of the recent files
 }
 
 TEST_F(MainDlg, PassesOnWhatItDoesNotAnswer) {
@@ -218,13 +230,16 @@ TEST_F(MainDlg, AnotherInputRateReadsTheCommandLinesResponseAgain) {
     EXPECT_NE(words(), before);
     EXPECT_THAT(control(2040).items, ElementsAre("48000 Hz"));
 
+    host.choose(3001, 2);  // with the target still on the grid of 44100 Hz
+    host.choose(3001, 2);
+    EXPECT_EQ(words(), before);
+
     values.ResponseFilePath.clear();
-    const auto loaded = words();
     host.choose(3001, 4);
     EXPECT_EQ(values.SampleRateTable[0], 96000);
     EXPECT_EQ(run().designRate, 96000);
-    EXPECT_EQ(run().measurement.sampleRate, 44100);
-    EXPECT_EQ(words(), loaded);
+    EXPECT_EQ(run().measurement.sampleRate, 48000);
+    EXPECT_EQ(words(), before);
 }
 
 TEST_F(MainDlg, TheCurveBoxesRedrawExceptTheLast) {
@@ -320,6 +335,7 @@ TEST_F(MainDlg, AMeasurementThatCannotStartWaitsForStop) {
     EXPECT_EQ(control(2050).text, "");
     EXPECT_THAT(enabled(), Each(true));
     EXPECT_THAT(host.take(), IsEmpty());
+    EXPECT_FALSE(run().responseReady);
 }
 
 TEST_F(MainDlg, TheLinksControlsReachTheAmplifier) {

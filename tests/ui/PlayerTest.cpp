@@ -1,6 +1,7 @@
 // The audio side of the dialog: player, recent files, devices, measurement.
 #include "device/simulated/SimulatedWave.h"
 #include "ui/DialogDesk.h"
+#include "wavefile/WaveFile.h"
 
 namespace tonvane {
 namespace {
@@ -13,31 +14,6 @@ using testing::IsEmpty;
 using tests::Lines;
 
 constexpr int32_t waveRate = 8000;
-
-template <typename Integer>
-void append(std::string& bytes, Integer value) {
-    for (size_t i = 0; i < sizeof value; ++i) {
-        bytes += static_cast<char>(value >> 8 * i & 0xFF);
-    }
-}
-
-// A wave file of silence, 16 bits and one channel.
-std::string waveBytes(double seconds) {
-    const auto size = static_cast<uint32_t>(std::lround(seconds * waveRate)) * 2;
-    std::string bytes = "RIFF";
-    append(bytes, size + 36);
-    bytes += "WAVEfmt ";
-    append(bytes, uint32_t{16});
-    append(bytes, uint16_t{1});
-    append(bytes, uint16_t{1});
-    append(bytes, uint32_t{waveRate});
-    append(bytes, uint32_t{waveRate * 2});
-    append(bytes, uint16_t{2});
-    append(bytes, uint16_t{16});
-    bytes += "data";
-    append(bytes, size);
-    return bytes + std::string(size, '\0');
-}
 
 class Player : public tests::DialogDesk {
   protected:
@@ -52,7 +28,11 @@ class Player : public tests::DialogDesk {
         }
     }
     std::string wave(const std::string& name, double seconds) {
-        return folder.write(name, waveBytes(seconds));
+        CWaveFile file;  // of silence
+        const auto frames = static_cast<int32_t>(std::lround(seconds * waveRate));
+        EXPECT_TRUE(file.Create(folder / name, waveRate, 16, 1));
+        file.Write(std::vector<double>(static_cast<size_t>(frames)).data(), frames);
+        return folder / name;
     }
     void drop(const std::string& path) { host.tell({.message = message::dropFiles, .text = path}); }
     [[nodiscard]] const Lines& recent() { return control(1000).items; }

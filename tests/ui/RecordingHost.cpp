@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <thread>
-#include <utility>
 
 #include "graph/cairo/CairoCanvas.h"
-#include "ui/Controls.h"
 
 namespace tonvane::tests {
 
@@ -34,10 +32,6 @@ std::optional<std::intptr_t> RecordingHost::tell(const DialogMessage& m) {
     return result;
 }
 
-void RecordingHost::press(int id, int code) {
-    tell({.message = message::command, .id = id, .code = code});
-}
-
 void RecordingHost::choose(int id, int index) {
     controls.at(id).selected = index;
     press(id, notifications::selectionChange);
@@ -46,10 +40,6 @@ void RecordingHost::choose(int id, int index) {
 void RecordingHost::type(int id, const std::string& text) {
     setText(id, text);
     deliver();
-}
-
-void RecordingHost::leave(int id) {
-    press(id, notifications::lostFocus);
 }
 
 void RecordingHost::click(int id) {
@@ -98,10 +88,6 @@ bool RecordingHost::await(uint32_t message) {
     return false;
 }
 
-std::vector<std::string> RecordingHost::take() {
-    return std::exchange(events_, {});
-}
-
 std::set<int> RecordingHost::visible() const {
     std::set<int> ids;
     for (const auto& [id, control] : controls) {
@@ -121,22 +107,6 @@ void RecordingHost::setText(int id, const std::string& text) {
     }
 }
 
-std::string RecordingHost::text(int id) const {
-    return controls.at(id).text;
-}
-
-void RecordingHost::enable(int id, bool enabled) {
-    if (controls.contains(id)) {
-        controls[id].enabled = enabled;
-    }
-}
-
-void RecordingHost::show(int id, bool visible) {
-    if (controls.contains(id)) {
-        controls[id].visible = visible;
-    }
-}
-
 PixelRectangle RecordingHost::rectangle(int id) const {
     for (const DialogItem& item : MainDialogTemplate.items) {
         if (item.id == id) {
@@ -147,47 +117,8 @@ PixelRectangle RecordingHost::rectangle(int id) const {
     return {};
 }
 
-void RecordingHost::setBoldFont(int id, int points) {
-    note("bold " + std::to_string(id) + " " + std::to_string(points));
-}
-
-void RecordingHost::insertItem(int id, int index, const std::string& text) {
-    auto& items = controls[id].items;
-    items.insert(index < 0 ? items.end() : items.begin() + index, text);
-}
-
-void RecordingHost::deleteItem(int id, int index) {
-    auto& items = controls[id].items;
-    items.erase(items.begin() + index);
-}
-
-int RecordingHost::itemCount(int id) const {
-    return static_cast<int>(controls.at(id).items.size());
-}
-
-std::string RecordingHost::item(int id, int index) const {
-    return controls.at(id).items.at(static_cast<size_t>(index));
-}
-
-void RecordingHost::select(int id, int index) {
-    controls[id].selected = index < itemCount(id) ? index : -1;
-}
-
-void RecordingHost::setColumns(int id, std::span<const char* const> heads) {
-    controls[id].items.assign(heads.begin(), heads.end());
-    controls[id].cells.resize(heads.size());
-}
-
-void RecordingHost::setCell(int id, int column, const std::string& text) {
-    controls[id].cells.at(static_cast<size_t>(column)) = text;
-}
-
 PlotWindow RecordingHost::createPlot(int /*placeId*/) {
     return {std::make_unique<CairoCanvas>(1, 1, 11.0), 772, 332, 1};
-}
-
-void RecordingHost::capturePlotMouse(bool captured) {
-    note(captured ? "mouse captured" : "mouse free");
 }
 
 void RecordingHost::drawLine(int fromX, int toX, int y, int width, uint32_t color) {
