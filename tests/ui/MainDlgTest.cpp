@@ -261,12 +261,14 @@ TEST_F(MainDlg, TheCurveBoxesRedrawExceptTheLast) {
     EXPECT_EQ(host.redraws, 1);
 }
 
-TEST_F(MainDlg, ParameterFilesCarryAllCurvesAndTheGain) {
+TEST_F(MainDlg, ParameterFilesCarryAllCurvesAndTheGainIntoADesign) {
+    setGolden(tests::GoldenCases()[0]);
     start();
     host.choose(2020, 7);
-    host.drag(onPlot(1250, 0), onPlot(1250, 5));
+    host.drag(onPlot(1300, 0), onPlot(1300, 5));
     host.choose(2021, 4);
     const auto curves = run().curves;
+    const auto saved = words();
     host.chosenFiles = {folder / "parameters.txt"};
     host.take();
     host.press(2025);
@@ -276,8 +278,10 @@ TEST_F(MainDlg, ParameterFilesCarryAllCurvesAndTheGain) {
     host.choose(2021, 0);
     host.press(2024);  // cancelled
     EXPECT_EQ(control(2020).selected, 0);
+    EXPECT_NE(words(), saved);
     host.chosenFiles = {folder / "parameters.txt"};
     host.press(2024);
+    EXPECT_EQ(words(), saved);
     EXPECT_EQ(control(2020).selected, 7);
     EXPECT_EQ(control(2021).selected, 4);
     EXPECT_EQ(run().curves, curves);
