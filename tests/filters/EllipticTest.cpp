@@ -40,6 +40,19 @@ struct Jacobi {
     double dn = 0.0;
 };
 
+TEST(JacobiSnCnDn, DegenerateModuliAreWrong) {
+    for (const double u : {-2.0, -0.3, 0.0, 0.7, 1.5}) {
+        const Jacobi circular(u, 1.0);
+        EXPECT_NEAR(circular.sn, std::sin(u), 1e-15);
+        EXPECT_NEAR(circular.cn, std::cos(u), 1e-15);
+        EXPECT_EQ(circular.dn, 1.0);
+        const Jacobi hyperbolic(u, 0.0);
+        EXPECT_NEAR(hyperbolic.sn, std::tanh(u), 1e-15);
+        EXPECT_NEAR(hyperbolic.cn, 1.0 / std::cosh(u), 1e-15);
+        EXPECT_EQ(hyperbolic.dn, hyperbolic.cn);
+    }
+}
+
 // For k > 1 Jacobi's real transformation, sn(u, k) = sn(ku, 1/k)/k with cn and dn exchanged, has
 // the complementary parameter -mc/k^2. Here it is -mc k^2: no Jacobian functions of k.
 TEST(JacobiSnCnDn, NegativeParameterIsDividedWhereItIsMultiplied) {

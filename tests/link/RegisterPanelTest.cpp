@@ -38,14 +38,11 @@ struct Screen : PanelView {
             panel->WordChanged(id - 2074, texts.at(id));
         }
     }
-    Lines words() { return {texts[2074], texts[2075], texts[2076], texts[2077], texts[2078]}; }
-    Lines boxes() {
-        Lines all;
-        for (int id = 2090; id <= 2098; ++id) {
-            all.push_back(texts[id]);
-        }
-        return all;
+    // The texts of a row of boxes, with blanks between.
+    std::string row(int first, int last) {
+        return texts[first] + (first < last ? " " + row(first + 1, last) : "");
     }
+    std::string words() { return row(2074, 2078); }
 
     RegisterPanel* panel = nullptr;
     std::map<int, std::string> texts;
@@ -104,7 +101,7 @@ TEST_F(Panel, LinkControlsFollowTheConnection) {
     EXPECT_EQ(screen.statusLine, "");
     EXPECT_THAT(record.take(), ElementsAre("close", "open", "connect 20000", "01 1B 01 80",
                                            "wait 240", "00 00 01"));
-    EXPECT_THAT(screen.words(), ElementsAre("6C", "", "", "", ""));
+    EXPECT_EQ(screen.words(), "6C    ");
     panel.Term();
     expectConnected(false);
     record.opens = false;
@@ -139,18 +136,17 @@ TEST_F(Panel, AReadFillsAsManyBoxesAsTheRegisterHasWords) {
     record.replies = {0, 0x80, 0, 0, 3, 0xAB, 0xCD, 0xEF, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
     panel.Read();
     EXPECT_THAT(record.take(), ElementsAre("00 2A 14"));
-    EXPECT_THAT(screen.words(),
-                ElementsAre("00800000", "03ABCDEF", "01020304", "05060708", "090A0B0C"));
+    EXPECT_EQ(screen.words(), "00800000 03ABCDEF 01020304 05060708 090A0B0C");
     for (const char* empty : {"78", "55"}) {
         type(2071, empty);
         panel.Read();
         EXPECT_THAT(record.take(), IsEmpty());
-        EXPECT_THAT(screen.words(), ElementsAre("", "", "", "", ""));
+        EXPECT_EQ(screen.words(), "    ");
         EXPECT_FALSE(screen.enabled[2074]);
     }
     type(2071, "3B");
     panel.Read();
-    EXPECT_THAT(screen.words(), ElementsAre("00000000", "00000000", "", "", ""));
+    EXPECT_EQ(screen.words(), "00000000 00000000   ");
     EXPECT_TRUE(screen.enabled[2075]);
     EXPECT_FALSE(screen.enabled[2076]);
 }
@@ -192,24 +188,15 @@ TEST_F(Panel, Set1SwitchesEverythingOffInsideOneBracket) {
     settings.drcEnabled = {true, true};
     connect();
     panel.Set1();
-    Lines inside{"01 07 01 FF",
-                 "01 08 01 30",
-                 "01 09 01 30",
-                 "01 06 01 00",
-                 "01 02 01 00",
-                 "01 50 04 00 00 00 00",
-                 "01 56 04 00 80 00 00",
-                 "01 57 04 00 02 00 00",
-                 "01 73 04 00 80 00 00",
-                 "01 77 04 00 80 00 00",
-                 "01 72 04 00 00 00 00",
-                 "01 76 04 00 00 00 00",
-                 "01 51 08 00 80 00 00 00 00 00 00",
-                 "01 52 08 00 80 00 00 00 00 00 00",
-                 "01 70 04 00 80 00 00",
-                 "01 74 04 00 80 00 00",
-                 "01 71 04 00 00 00 00",
-                 "01 75 04 00 00 00 00"};
+    Lines inside;
+    for (const char* preset :
+         {"07 01 FF", "08 01 30", "09 01 30", "06 01 00", "02 01 00", "50 04 00 00 00 00",
+          "56 04 00 80 00 00", "57 04 00 02 00 00", "73 04 00 80 00 00", "77 04 00 80 00 00",
+          "72 04 00 00 00 00", "76 04 00 00 00 00", "51 08 00 80 00 00 00 00 00 00",
+          "52 08 00 80 00 00 00 00 00 00", "70 04 00 80 00 00", "74 04 00 80 00 00",
+          "71 04 00 00 00 00", "75 04 00 00 00 00"}) {
+        inside.push_back(std::string("01 ") + preset);
+    }
     const auto append = [&](const Lines& more) {
         inside.insert(inside.end(), more.begin(), more.end());
     };
@@ -281,8 +268,7 @@ TEST_F(Panel, TheCrossoverBoxTakesTenHertzToNineTenthsOfTheRate) {
 }
 
 TEST_F(Panel, DrcBoxesTakeTheirRangesAndSendOnlyWhileOn) {
-    EXPECT_THAT(screen.boxes(),
-                ElementsAre("-30", "1", "1000", "1000", "-30", "1", "1000", "1000", "300"));
+    EXPECT_EQ(screen.row(2090, 2098), "-30 1 1000 1000 -30 1 1000 1000 300");
     connect();
     for (const int first : {2090, 2094}) {
         for (const char* right : {"-48", "12"}) {
@@ -307,8 +293,7 @@ TEST_F(Panel, DrcBoxesTakeTheirRangesAndSendOnlyWhileOn) {
         EXPECT_EQ(screen.focused, id);
     }
     EXPECT_EQ(screen.messages.size(), 6U);
-    EXPECT_THAT(screen.boxes(),
-                ElementsAre("12", "5000", "5000", "5000", "12", "5000", "5000", "5000", "300"));
+    EXPECT_EQ(screen.row(2090, 2098), "12 5000 5000 5000 12 5000 5000 5000 300");
     panel.ClickDrc(1, true);
     record.take();
     panel.LeaveDrcBox(2094, "0");

@@ -1,48 +1,18 @@
 #include "system/AmplifierProgram.h"
 
-#include <array>
 #include <csignal>
 #include <sstream>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 namespace tonvane::tests {
 
-AmplifierProgram::AmplifierProgram(const std::vector<std::string>& arguments,
-                                   const std::string& port) {
-    const std::string log = folder_ / "log";
-    std::vector<std::string> all{TONVANE_VIRTUAL_AMPLIFIER, "--port", port, "--log", log};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    std::array<int, 2> pipeEnds{};
-    if (pipe(pipeEnds.data()) != 0) {
-        return;
-    }
-    process_ = fork();
-    if (process_ == 0) {
-        std::vector<char*> argv;
-        for (std::string& argument : all) {
-            argv.push_back(argument.data());
-        }
-        argv.push_back(nullptr);
-        dup2(pipeEnds[1], 1);
-        close(pipeEnds[0]);
-        alarm(300);
-        execv(argv[0], argv.data());
-        _exit(126);
-    }
-    close(pipeEnds[1]);
-    output_ = pipeEnds[0];
-    std::string line;
-    for (char c = 0; read(output_, &c, 1) == 1 && c != '\n';) {
-        line += c;
-    }
-    port_ = line.substr(line.rfind(' ') + 1);
-}
-
-AmplifierProgram::~AmplifierProgram() {
-    stop();
-    close(output_);
+AmplifierProgram::AmplifierProgram(const std::vector<std::string>& arguments) {
+    ProcessStart start{{TONVANE_VIRTUAL_AMPLIFIER, "--port", "0", "--log", folder_ / "log"}};
+    start.arguments.insert(start.arguments.end(), arguments.begin(), arguments.end());
+    start.output = folder_ / "output";
+    process_.emplace(start);
+    Await([&] { return Contents(start.output).ends_with('\n'); });
+    const std::string line = Contents(start.output);
+    port_ = line.substr(line.rfind(' ') + 1, line.find('\n') - line.rfind(' ') - 1);
 }
 
 std::vector<std::string> AmplifierProgram::frames() {
@@ -59,14 +29,11 @@ std::vector<std::string> AmplifierProgram::frames() {
 }
 
 int AmplifierProgram::stop() {
-    if (process_ > 0) {
-        kill(process_, SIGTERM);
-        int status = 0;
-        waitpid(process_, &status, 0);
-        process_ = -1;
-        exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    if (process_->id() <= 0) {
+        return -1;
     }
-    return exitCode_;
+    kill(process_->id(), SIGTERM);
+    return process_->exitCode().value_or(-1);
 }
 
 }  // namespace tonvane::tests

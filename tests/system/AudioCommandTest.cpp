@@ -68,7 +68,6 @@ TEST(AudioCommands, WhatCannotBeServedIsOneLineAndNoFile) {
         const char* complaint;
     } cases[] = {
         {{"measure", "--rate", "11025"}, 1, "--rate: expected an even rate"},
-        {{"measure", "--rate", "4000"}, 1, "--rate: expected an even rate"},
         {{"measure", "--device", speaker, "--rate", "44100"}, 1, "at 48000 Hz, not at the 44100"},
         {{"measure", "--device", "simulated:none.qsr"}, 1, "none.qsr: cannot be opened"},
         {{"measure", "--device", "gramophone"}, 1, "gramophone: there is no such audio device"},
@@ -76,8 +75,6 @@ TEST(AudioCommands, WhatCannotBeServedIsOneLineAndNoFile) {
         {{"measure", "--device", "simulated", "--report", "out"},
          1,
          "out: would overwrite another file"},
-        {{"measure", "--device", "simulated", "--report", "no/r.json"}, 1, "no/r.json: cannot be"},
-        {{"design", "--measure", "--device", "gramophone"}, 1, "no such audio device"},
         {{"design", "speaker.qsr", "--measure"}, 2, ""},
         {{"design"}, 2, ""},
     };

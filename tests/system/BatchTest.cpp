@@ -79,6 +79,9 @@ TEST(Batch, TellsOfAnErrorAndGoesOn) {
         {{"", "r.qsr", "qsr", "f", "no/t"}, "Error: Failed to save Target Response data.\n", {"f"}},
         {{"", "0.qsr", "qsr", "f", "t"}, "Warning: The design did not give numbers", {"f", "t"}},
         {{"", "r.qsr", "qsr", "", "t"}, "", {}},
+        {{"", "r.qsr", "qsr", "f", ""}, "", {"f"}},
+        {{"", "r.qsr", "csv", "f", "t"}, "Error: Failed to process data.\n", {"t"}},
+        {{"", "", "qsr", "f", "t"}, "", {}},
         {{"48000"}, "", {}},
     };
     for (const auto& c : cases) {

@@ -1,13 +1,12 @@
 // Inputs of every kind through whole programs, and results for other programs.
 #include <cmath>
-#include <complex>
-#include <numbers>
 #include <sstream>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include "files/TestFiles.h"
+#include "support/Signals.h"
 #include "system/Program.h"
 
 namespace tonvane {
@@ -53,14 +52,10 @@ TEST(Convert, TakesAnImpulseResponseThroughEveryFormToTheSameFilter) {
         if (++bin != 100 && bin != 3000 && bin != 16384) {
             continue;
         }
-        std::complex<double> sum = 0.0;
-        for (size_t n = 0; n < samples.size(); ++n) {
-            const auto turn = static_cast<double>(static_cast<size_t>(bin) * n % 32768) / 32768.0;
-            sum += samples[n] * std::polar(1.0, -2.0 * std::numbers::pi * turn);
-        }
+        const auto level =
+            static_cast<double>(20.0L * std::log10(std::abs(tests::DftBin(samples, bin))));
         EXPECT_EQ(std::stod(line), bin * std::stod(rate) / 32768.0);
-        EXPECT_NEAR(std::stod(line.substr(line.find(',') + 1)), 20.0 * std::log10(std::abs(sum)),
-                    1e-6);
+        EXPECT_NEAR(std::stod(line.substr(line.find(',') + 1)), level, 1e-6);
     }
     EXPECT_EQ(bin, 16384);
 }
@@ -77,7 +72,6 @@ TEST(Convert, MakesATableForCallingTools) {
     EXPECT_EQ(Contents(folder / "out.frd"), "20.0,1.0\n1000.5,-3.25\n30000.0,2.0\n");
 }
 
-// Poles and zeros of the exported sections against the words of the filter file.
 TEST(Exports, OfADesignAndOfItsFilterFileAreTheSame) {
     const tests::TemporaryFolder folder;
     folder.copyGolden(goldenImpulse().response, "r.qsr");
@@ -96,16 +90,6 @@ TEST(Exports, OfADesignAndOfItsFilterFileAreTheSame) {
         EXPECT_EQ(result.exitCode, 0) << result.err;
         EXPECT_EQ(Contents(folder / ("c." + kind)), Contents(folder / ("d." + kind))) << kind;
     }
-    const json sections = json::parse(Contents(folder / "d.json"))["sections"];
-    const auto words = tests::ParseFilterFile(Contents(folder / "f")).words;
-    for (size_t i = 0; i < words.size(); ++i) {
-        const json& section = sections.at(i / 5);
-        const double coefficient =
-            i % 5 < 3 ? section["b"][i % 5].get<double>() : -section["a"][i % 5 - 2].get<double>();
-        const int32_t word = words[i] >= 1 << 25 ? words[i] - (1 << 26) : words[i];
-        EXPECT_EQ(coefficient * 8388608.0, word);
-    }
-
     // The FIR has the response that the report gives it, with the level drop taken out there.
     std::vector<double> taps;
     std::istringstream in(Contents(folder / "fir.txt"));
@@ -114,13 +98,9 @@ TEST(Exports, OfADesignAndOfItsFilterFileAreTheSame) {
     }
     ASSERT_EQ(taps.size(), 256U);
     for (const size_t point : {0U, 200U, 400U, 512U}) {
-        std::complex<double> sum = 0.0;
-        const double turn = report["curves"]["frequencyHz"][point].get<double>() / std::stod(rate);
-        for (size_t n = 0; n < taps.size(); ++n) {
-            sum +=
-                taps[n] * std::polar(1.0, -2.0 * std::numbers::pi * turn * static_cast<double>(n));
-        }
-        EXPECT_NEAR(20.0 * std::log10(std::abs(sum)) - report["gainClampDb"].get<double>(),
+        const auto response = tests::PolynomialAt(
+            taps, report["curves"]["frequencyHz"][point].get<double>(), std::stod(rate));
+        EXPECT_NEAR(tests::Decibels(std::abs(response)) - report["gainClampDb"].get<double>(),
                     report["curves"]["firDb"][point], 1e-6);
     }
     EXPECT_EQ(Contents(folder / "fir.wav").substr(0, 4), "RIFF");
@@ -150,14 +130,11 @@ TEST(ConvertOfBadInput, EndsWithOneLineAndNothingLost) {
         {{"convert", "named.wav", "o.csv", "--strict"}, "named.wav: taken for a table"},
         {{"convert", "r.qsr", "o.yml"}, "o.yml: an impulse response can become"},
         {{"convert", "r.f32", "o.qsr"}, "r.f32: raw samples come without a sample rate"},
-        {{"convert", "r.f32", "o.qsr", "--rate", "1"}, "--rate: expected 8000"},
         {{"convert", "cut.wav", "o.qsr"}, "cut.wav: is no wave file"},
         {{"convert", "f", "o.json"}, "f:1: the file ends"},
-        {{"convert", "f", "o.txt"}, "f:1: the file ends"},
         {{"convert", "t.csv", "none/o.csv"}, "none/o.csv: cannot be written"},
         {{"design", "f", "-o", "o"}, "f:1: is a filter file"},
         {{"design", "t.csv", "-o", "o", "--export", "apo=./o"}, "o: would overwrite"},
-        {{"design", "t.csv", "-o", "o", "--export", "apo=none/x"}, "none/x: cannot be written"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.arguments));
@@ -170,7 +147,6 @@ TEST(ConvertOfBadInput, EndsWithOneLineAndNothingLost) {
     }
     for (const Arguments& arguments : {Arguments{"design", "t.csv", "-o", "o", "--export", "apo"},
                                        {"design", "t.csv", "-o", "o", "--export", "none=x"},
-                                       {"design", "t.csv", "-o", "o", "--export", "apo="},
                                        {"convert", "f", "o", "--kind", "none"},
                                        {"convert", "t.csv"}}) {
         EXPECT_EQ(run(folder, arguments).exitCode, 2) << testing::PrintToString(arguments);

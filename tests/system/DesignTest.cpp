@@ -127,19 +127,11 @@ TEST(DesignOfATableTo20kHz, CutsABumpWhereItIs) {
 
 TEST(DesignOfBadInput, EndsWithOneLineAndNothingLost) {
     const tests::TemporaryFolder folder;
-    const auto response = [](double value) {
-        std::vector<double> samples(32768, value);
-        samples[40] = 1.0;
-        return samples;
-    };
-    folder.write("good.qsr", tests::ResponseBytes(48000, response(0.0)));
+    std::vector<double> samples(32768);
+    samples[40] = 1.0;
+    folder.write("good.qsr", tests::ResponseBytes(48000, samples));
     folder.write("short.qsr", tests::ResponseBytes(48000, {1.0}));
-    folder.write("long.qsr", tests::ResponseBytes(48000, response(0.0)) + "x");
-    folder.write("slow.qsr", tests::ResponseBytes(7999, response(0.0)));
-    folder.write("nan.qsr", tests::ResponseBytes(48000, response(std::nan(""))));
-    folder.write("silence.qsr", tests::ResponseBytes(48000, std::vector<double>(32768)));
     folder.write("empty", "");
-    folder.write("blank.csv", "\n\n");
     folder.write("bad.csv", "20,1\r\n30,nan\r\n");
     folder.write("text", "20,1\n");
     folder.write("f", "old");
@@ -152,23 +144,14 @@ TEST(DesignOfBadInput, EndsWithOneLineAndNothingLost) {
         const char* complaint;
     } cases[] = {
         {{"none.qsr"}, "none.qsr: cannot be opened"},
-        {{"folder"}, "folder: cannot be opened"},
         {{"empty"}, "empty: the file is empty"},
         {{"short.qsr"}, "short.qsr: expected a speaker response of 262148 bytes"},
-        {{"long.qsr"}, "long.qsr: expected a speaker response of 262148 bytes"},
-        {{"slow.qsr"}, "slow.qsr: the file's sample rate is 7999 Hz"},
-        {{"nan.qsr"}, "nan.qsr: sample 0"},
-        {{"silence.qsr"}, "silence.qsr: the response is silence"},
-        {{"blank.csv"}, "blank.csv: no rows"},
         {{"bad.csv"}, "bad.csv:2: expected a row"},
         {{"text", "--rate", "7999"}, "--rate: expected 8000 to 192000"},
-        {{"text", "--rate", "192001"}, "--rate: expected 8000 to 192000"},
         {{"good.qsr", "--rate", "44100"}, "good.qsr: the file's sample rate is 48000 Hz"},
-        {{"good.qsr", "--target", "none"}, "none: cannot be opened"},
         {{"good.qsr", "--target", "text"}, "text:1: expected -zerocurve"},
         {{"good.qsr", "--addresses", "none"}, "none: cannot be opened"},
         {{"good.qsr", "--addresses", "text"}, "text:1: expected \"address"},
-        {{"good.qsr", "-o", "folder"}, "folder: cannot be written"},
         {{"good.qsr", "-o", "none/f", "--report", "report"}, "none/f: cannot be written"},
         {{"good.qsr", "-o", "/dev/full"}, "/dev/full: cannot be written"},
         {{"good.qsr", "--report", "none/r"}, "none/r: cannot be written"},
@@ -199,9 +182,7 @@ TEST(Usage, IsToldWithExitCode2) {
              Arguments{},
              {"tune"},
              {"design", "r.csv"},
-             {"design", "-o", "f"},
              {"design", "r.csv", "-o", "f", "--gain-clamp", "1"},
-             {"design", "r.csv", "-o", "f", "--gain-clamp", "-13"},
              {"design", "r.csv", "-o", "f", "--format", "5"},
              {"design", "r.csv", "-o", "f", "--rate", "fast"},
              {"design", "r.csv", "-o", "f", "--faster"},

@@ -83,11 +83,8 @@ TEST_F(Plot, SaysWhatIsWrongInOneLineAndWritesNothing) {
         const char* complaint;
     } cases[] = {
         {{"--plot", "p.gif"}, "p.gif: expected a name that ends in .png, .svg or .pdf"},
-        {{"--plot", "png"}, "png: expected a name that ends in"},
         {{"--plot", "none/p.png"}, "none/p.png: cannot be written: "},
         {{"--plot", "p.png", "--size", "300"}, "--size: expected WIDTHxHEIGHT"},
-        {{"--plot", "p.png", "--size", "0x300"}, "--size: expected WIDTHxHEIGHT"},
-        {{"--plot", "p.png", "--size", "300x300x"}, "--size: expected WIDTHxHEIGHT"},
         {{"--plot", "p.png", "--size", "9000x300"}, "at most 8000 each"},
         {{"--plot", "p.png", "--size", "8000x8000", "--scale", "8"}, "100 million pixels"},
         {{"--plot", "p.png", "--size", "300x100"}, "p.png: a picture of 300x100 has no room"},

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "link/DeskAmplifier.h"
+#include "link/Recording.h"
 #include "ui/DialogDesk.h"
 
 namespace tonvane {
@@ -261,12 +262,14 @@ TEST_F(MainDlg, TheCurveBoxesRedrawExceptTheLast) {
     EXPECT_EQ(host.redraws, 1);
 }
 
-TEST_F(MainDlg, ParameterFilesCarryAllCurvesAndTheGain) {
+TEST_F(MainDlg, ParameterFilesCarryAllCurvesAndTheGainIntoADesign) {
+    setGolden(tests::GoldenCases()[0]);
     start();
     host.choose(2020, 7);
-    host.drag(onPlot(1250, 0), onPlot(1250, 5));
+    host.drag(onPlot(1300, 0), onPlot(1300, 5));
     host.choose(2021, 4);
     const auto curves = run().curves;
+    const auto saved = words();
     host.chosenFiles = {folder / "parameters.txt"};
     host.take();
     host.press(2025);
@@ -276,8 +279,10 @@ TEST_F(MainDlg, ParameterFilesCarryAllCurvesAndTheGain) {
     host.choose(2021, 0);
     host.press(2024);  // cancelled
     EXPECT_EQ(control(2020).selected, 0);
+    EXPECT_NE(words(), saved);
     host.chosenFiles = {folder / "parameters.txt"};
     host.press(2024);
+    EXPECT_EQ(words(), saved);
     EXPECT_EQ(control(2020).selected, 7);
     EXPECT_EQ(control(2021).selected, 4);
     EXPECT_EQ(run().curves, curves);
@@ -372,13 +377,42 @@ TEST_F(MainDlg, TheLinksControlsReachTheAmplifier) {
     host.press(2070);
     EXPECT_EQ(std::ranges::count(tests::Contents(folder / "dump.dat"), '\n'), 120);
     EXPECT_THAT(tests::Contents(folder / "dump.dat"), HasSubstr("\n46\t00020022\n"));
-    host.choose(2021, 2);  // the design goes out as well
+}
+
+TEST_F(MainDlg, ADesignGoesOutAsUnityUntilBiqIsOnAndEmptyWithoutAValidResponse) {
+    tests::DeskAmplifier amplifier;
+    linkPort = amplifier.port();
+    values.ResponseIsCsv = false;
+    start();
+    host.press(2060);
+    host.choose(2021, 6);  // no response yet: nothing is designed
+    Lines expected{"01 1B 01 80", "00 00 01"};
+    EXPECT_EQ(amplifier.events(), expected);
+    const auto expectBracket = [&](const Lines& inside) {
+        Lines frames = tests::Bracketed(inside);
+        std::erase(frames, "wait 23");  // waits are the link's
+        expected.insert(expected.end(), frames.begin(), frames.end());
+        EXPECT_EQ(amplifier.events(), expected);
+    };
+    host.chosenFiles = {tests::GoldenPath("small48.qsr")};
+    host.press(2001);
+    expectBracket(tests::UnityFrames(0x29, 0x2F));
+    host.click(2082);
+    host.choose(2021, 2);
+    const auto designed = words();
+    expected = amplifier.events();
+    values.ResponseIsCsv = true;
+    host.chosenFiles = {folder / "missing.csv"};
+    host.press(2003);
+    expectBracket({});
     amplifier.stop();
-    for (int32_t section = 0; section < 7; ++section) {
-        const auto sent = amplifier.amplifier.registers.words(0x29 + section);
-        EXPECT_THAT(sent,
-                    testing::ElementsAreArray(std::span(run().iirFitter.coefficientWords)
-                                                  .subspan(5 * static_cast<size_t>(section), 5)));
+    EXPECT_THAT(amplifier.remarks(), IsEmpty());
+    EXPECT_FALSE(amplifier.amplifier.registers.isShutDown());
+    for (int32_t k = 0; k < 7; ++k) {
+        EXPECT_THAT(amplifier.amplifier.registers.words(0x29 + k),
+                    testing::ElementsAreArray(std::span(designed).subspan(5 * k, 5)));
+        EXPECT_THAT(amplifier.amplifier.registers.words(0x30 + k),
+                    ElementsAre(0x800000, 0, 0, 0, 0));
     }
 }
 
