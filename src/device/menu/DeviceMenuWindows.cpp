@@ -1,8 +1,9 @@
+#include "device/menu/DeviceMenu.h"
+
 #include <windows.h>
 
 #include "device/asio/AsioDriverList.h"
 #include "device/asio/AsioWave.h"
-#include "device/menu/DeviceMenu.h"
 #include "device/winmm/WaveInOutWave.h"
 
 namespace tonvane {
