@@ -10,8 +10,6 @@
 namespace tonvane {
 namespace {
 
-constexpr int32_t depth = 32768;
-constexpr int32_t rate = 48000;
 
 using Samples = std::vector<double>;
 
