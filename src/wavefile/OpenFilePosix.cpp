@@ -2,8 +2,8 @@
 
 namespace tonvane {
 
-std::FILE* OpenFile(const std::string& path, const char* mode) {
-    return std::fopen(path.c_str(), mode);
+FilePointer OpenFile(const std::string& path, const char* mode) {
+    return FilePointer(std::fopen(path.c_str(), mode));
 }
 
 }  // namespace tonvane

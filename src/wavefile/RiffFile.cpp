@@ -4,8 +4,6 @@
 #include <array>
 #include <limits>
 
-#include "wavefile/OpenFile.h"
-
 namespace tonvane {
 
 namespace {
@@ -55,8 +53,7 @@ bool CRiffFile::openFile(const std::string& path, const char* openMode, const ch
         std::fprintf(stderr, "file already open\n");
         return false;
     }
-    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the unique_ptr is the owner
-    file.reset(OpenFile(path, openMode));
+    file = OpenFile(path, openMode);
     if (!file) {
         std::fprintf(stderr, "can't open file %s for %s\n", path.c_str(), purpose);
         return false;

@@ -7,8 +7,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <deque>
-#include <memory>
 #include <string>
+
+#include "wavefile/OpenFile.h"
 
 namespace tonvane {
 
@@ -74,15 +75,9 @@ class CRiffFile {
     [[nodiscard]] bool isOpen() const { return file != nullptr; }
 
   private:
-    struct Closer {
-        // The unique_ptr below is the owner.
-        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
-        void operator()(std::FILE* open) const { std::fclose(open); }
-    };
-
     bool openFile(const std::string& path, const char* openMode, const char* purpose);
 
-    std::unique_ptr<std::FILE, Closer> file;
+    FilePointer file;
     std::deque<Chunk> chunks;
     Mode mode = Mode::closed;
     int64_t fileEnd = 0;  // reading: the length of the file
