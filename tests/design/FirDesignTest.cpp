@@ -105,25 +105,6 @@ TEST_F(FirDesign, OnlyCutsAndFlattensWhatItCuts) {
         }
     }
     EXPECT_GT(cutPoints, 100);
-
-    // The 256 taps exceed unity by no more than what was cut off of the whole filter.
-    const std::vector<double> shortTaps(taps().begin(), taps().end());
-    const ComplexVector shortSpectrum = d.firSpectrum;
-    ASSERT_EQ(shortSpectrum.size(), static_cast<size_t>(designPoints));
-    d.setTapCount(designLength);
-    d.minimumPhase(d.designPower);
-    double tail = 0.0;
-    for (const double tap : d.firWork.time().subspan(256)) {
-        tail += std::fabs(tap);
-    }
-    EXPECT_LT(tail, 0.05);
-    for (int32_t k = 0; k < designPoints; k += 8) {
-        const auto whole = d.firWork.spectrum[k] * static_cast<double>(designLength);
-        const auto expected = tests::PolynomialAt(shortTaps, k, designLength);
-        ASSERT_LE(std::abs(whole), 1.0 + 1e-9);
-        ASSERT_LE(std::abs(shortSpectrum[k] - whole), tail + 1e-9) << k;
-        ASSERT_LT(std::abs(shortSpectrum[k] - expected), 1e-9) << k;
-    }
 }
 
 TEST_F(FirDesign, LoudnessGrowsWithTheLevelUpToTheClamp) {

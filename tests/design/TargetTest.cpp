@@ -1,13 +1,10 @@
-// Target, pass-band, gate, smoothing and loudness weights: what a design starts from.
-#include <cmath>
+// Target, gate and loudness: what a design starts from.
 #include <memory>
 #include <vector>
 
 #include <gmock/gmock.h>
 
-#include "design/BandWeight.h"
 #include "design/EqDesigner.h"
-#include "design/Smoothing.h"
 #include "design/TargetShaping.h"
 #include "support/Signals.h"
 
@@ -64,30 +61,6 @@ TEST_F(Preparation, LoudnessKeepsTheWeightsOfTheFirstRate) {
     designer->prepareFromSpectrum(flat);
     EXPECT_EQ(designer->bandWeight.firstBin, 27);
     EXPECT_EQ(designer->bandWeight.weights[1000], weight);
-}
-
-struct Smoothed {
-    explicit Smoothed(const ComplexVector& spectrum) { SmoothSpectrum(spectrum, reduced, power); }
-    DesignCurve reduced;
-    DesignCurve power;
-};
-
-TEST(Smoothing, SpreadsALineOverAQuarterOctaveToEitherSide) {
-    ComplexVector line(responseBins, 0.0);
-    line[8000] = {0.0, -1.0};
-    const Smoothed smoothed(line);
-    // A Hann window over 64 bins, of sum 32, seen at every eighth bin: seven points above zero.
-    EXPECT_NEAR(smoothed.reduced[1000], 1.0 / 32.0, 1e-15);
-    EXPECT_NEAR(smoothed.reduced[1002], 0.5 / 32.0, 1e-15);
-    EXPECT_NEAR(smoothed.reduced[998], 0.5 / 32.0, 1e-15);
-    EXPECT_THAT(std::span(smoothed.reduced).first(997), Each(0.0));
-    EXPECT_THAT(std::span(smoothed.reduced).subspan(1004), Each(0.0));
-    // The window (E^2 - q^2)^2 with E = 190 has the sum 16/15*E^5.
-    EXPECT_NEAR(smoothed.power[1000], 0.125 * 15.0 / 16.0 / 190.0, 1e-6);
-    EXPECT_GT(smoothed.power[842], 0.0);
-    EXPECT_GT(smoothed.power[1233], 0.0);
-    EXPECT_THAT(std::span(smoothed.power).first(836), Each(0.0));
-    EXPECT_THAT(std::span(smoothed.power).subspan(1240), Each(0.0));
 }
 
 }  // namespace
