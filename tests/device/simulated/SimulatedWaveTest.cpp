@@ -10,7 +10,6 @@
 namespace tonvane {
 namespace {
 
-
 using Samples = std::vector<double>;
 
 struct SimulatedRun : CSimulatedWave, tests::DeviceLoop {
