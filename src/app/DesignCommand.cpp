@@ -12,6 +12,7 @@
 #include "files/FileAccess.h"
 #include "files/FilterFile.h"
 #include "files/InputError.h"
+#include "files/LineEnds.h"
 #include "transform/FftTables.h"
 
 namespace tonvane {
@@ -143,7 +144,7 @@ void RunDesignCommand(const DesignOptions& options) {
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto design = DesignResponse(options);
     const std::string filters =
-        FormatFilterFile(design->run->iirFitter.coefficientWords, addresses);
+        WithSystemLineEnds(FormatFilterFile(design->run->iirFitter.coefficientWords, addresses));
     WriteOutputs(contentsOf(options, filters, *design));
 
     PrintNotes(design->notes);

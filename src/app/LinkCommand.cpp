@@ -11,6 +11,7 @@
 #include "files/FileAccess.h"
 #include "files/FilterFile.h"
 #include "files/InputError.h"
+#include "files/LineEnds.h"
 #include "files/RateRange.h"
 #include "files/RegisterDump.h"
 #include "link/LinkFrame.h"
@@ -199,7 +200,7 @@ void DumpCommand(const LinkOptions& options, const std::string& path) {
     if (options.dryRun) {
         return;
     }
-    if (const auto reason = ReplaceFile(path, text)) {
+    if (const auto reason = ReplaceFile(path, WithSystemLineEnds(text))) {
         throw InputError(path, "cannot be written: " + *reason);
     }
     printDone(options, "Wrote " + path);

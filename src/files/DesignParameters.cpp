@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "files/FileAccess.h"
+#include "files/LineEnds.h"
 #include "files/ProfileText.h"
 
 namespace tonvane {
@@ -56,7 +57,7 @@ std::optional<std::string> SaveDesignParameterFile(const std::string& path,
             profile.setInteger(section, pointKey(i, 'y'), points[i].level);
         }
     }
-    return ReplaceFile(path, profile.text(), InPlace::whenFolderRefuses);
+    return ReplaceFile(path, WithSystemLineEnds(profile.text()), InPlace::whenFolderRefuses);
 }
 
 }  // namespace tonvane

@@ -8,6 +8,7 @@
 #include "amplifier/RegisterGroups.h"
 #include "files/FileAccess.h"
 #include "files/FilterFile.h"
+#include "files/LineEnds.h"
 #include "files/ResponseFile.h"
 #include "link/RegisterWrites.h"
 
@@ -239,7 +240,8 @@ std::optional<std::string> TuningRun::WriteFilterFile() {
     if (!responseAnalyzer.valid) {
         return std::nullopt;
     }
-    const std::string text = FormatFilterFile(iirFitter.coefficientWords, registerAddresses);
+    const std::string text =
+        WithSystemLineEnds(FormatFilterFile(iirFitter.coefficientWords, registerAddresses));
     return ReplaceFile(values_.FilterFilePath, text, InPlace::whenFolderRefuses);
 }
 
@@ -247,8 +249,8 @@ void TuningRun::SaveTargetFile() {
     if (values_.TargetFilePath.empty()) {
         return;
     }
-    const std::string text =
-        FormatTargetFile(curves[currentCurve], values_.TargetCurveKind, gainIndex);
+    const std::string text = WithSystemLineEnds(
+        FormatTargetFile(curves[currentCurve], values_.TargetCurveKind, gainIndex));
     if (ReplaceFile(values_.TargetFilePath, text, InPlace::whenFolderRefuses)) {
         messages_.error("Failed to save Target Response data.");
     }

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "files/FileAccess.h"
+#include "files/LineEnds.h"
 #include "files/RegisterDump.h"
 #include "ui/Controls.h"
 #include "ui/MainDlg.h"
@@ -318,7 +319,7 @@ void CMainDlg::OnDump(const DialogMessage& /*m*/) {
     const auto read = [&](int32_t reg, std::span<uint8_t> contents) {
         run.ampLink.ReadRegister(reg, static_cast<int32_t>(contents.size()), contents);
     };
-    ReplaceFile(*path, FormatRegisterDump(read),
+    ReplaceFile(*path, WithSystemLineEnds(FormatRegisterDump(read)),
                 InPlace::whenFolderRefuses);  // silent, if it fails
 }
 

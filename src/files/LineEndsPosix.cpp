@@ -1,0 +1,9 @@
+#include "files/LineEnds.h"
+
+namespace tonvane {
+
+std::string WithSystemLineEnds(std::string text) {
+    return text;
+}
+
+}  // namespace tonvane
