@@ -51,8 +51,11 @@ Product productWithTwoOverPi(uint64_t mantissa, int32_t first) {
     return product;
 }
 
-// Bits of the product from `first` upward.
+// 32 bits of the product from `first` upward; -31 and more, with zeros below the product.
 uint32_t bitsFrom(const Product& product, int32_t first) {
+    if (first < 0) {
+        return product[0] << -first;
+    }
     const auto limb = static_cast<size_t>(first / limbBits);
     const auto at = [&](size_t i) { return i < product.size() ? product[i] : 0U; };
     const uint64_t pair = static_cast<uint64_t>(at(limb + 1)) << 32U | at(limb);

@@ -191,21 +191,32 @@ TEST_F(Dialog, GainClampAndInputRateAreThoseOfTheLists) {
 struct Ending {
     const char* name;
     bool prompts;
-    const char* key;     // pressed in the dialog; null for the Close button
+    enum class By { button, box, escape } by;
     const char* answer;  // pressed at the question; null where none is to come
     int exitCode;
     bool writes;
 };
+
+// What CTest prints of the parameter.
+std::ostream& operator<<(std::ostream& out, const Ending& ending) {
+    return out << ending.name;
+}
 
 class DialogEnding : public Dialog, public testing::WithParamInterface<Ending> {};
 
 TEST_P(DialogEnding, GivesItsExitCodeAndFiles) {
     const Ending& ending = GetParam();
     startBatch("small48.qsr", ending.prompts ? Lines() : Lines{"-noprompt"});
-    if (ending.key != nullptr) {
-        screen.key({ending.key});
-    } else {
-        click(closeButton);
+    switch (ending.by) {
+        case Ending::By::button:
+            click(closeButton);
+            break;
+        case Ending::By::box:
+            screen.clickCloseBox(window);
+            break;
+        case Ending::By::escape:
+            screen.key({"Escape"});
+            break;
     }
     if (ending.answer != nullptr) {
         ASSERT_NE(screen.awaitFocused("Prompt"), "");
@@ -216,13 +227,14 @@ TEST_P(DialogEnding, GivesItsExitCodeAndFiles) {
     EXPECT_EQ(target().curve.points[0].frequency, 90);
 }
 
+using By = Ending::By;
 INSTANTIATE_TEST_SUITE_P(
     Of, DialogEnding,
-    testing::Values(Ending{"CloseWithOk", true, nullptr, "Return", 0, true},
-                    Ending{"CloseWithCancel", true, nullptr, "Escape", 0, false},
-                    Ending{"CloseBox", false, "alt+F4", nullptr, 2, true},
-                    Ending{"CloseBoxWithCancel", true, "alt+F4", "Escape", 2, false},
-                    Ending{"Escape", true, "Escape", nullptr, 2, false}),
+    testing::Values(Ending{"CloseWithOk", true, By::button, "Return", 0, true},
+                    Ending{"CloseWithCancel", true, By::button, "Escape", 0, false},
+                    Ending{"CloseBox", false, By::box, nullptr, 2, true},
+                    Ending{"CloseBoxWithCancel", true, By::box, "Escape", 2, false},
+                    Ending{"Escape", true, By::escape, nullptr, 2, false}),
     [](const auto& instance) { return std::string(instance.param.name); });
 
 // What a program outside does with the controls that nobody sees.
