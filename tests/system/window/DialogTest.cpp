@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleMessages.h"
 #include "files/TargetFile.h"
+#include "system/window/DialogEnding.h"
 #include "system/window/WindowDesk.h"
 #include "transform/FftTables.h"
 #include "tuning/TuningRun.h"
@@ -142,56 +143,20 @@ TEST_F(Dialog, GainClampAndInputRateAreThoseOfTheLists) {
               run.iirFitter.coefficientWords);
 }
 
-struct Ending {
-    const char* name;
-    bool prompts;
-    enum class By { button, box, escape } by;
-    const char* answer;  // pressed at the question; null where none is to come
-    int exitCode;
-    bool writes;
-};
-
-// What CTest prints of the parameter.
-std::ostream& operator<<(std::ostream& out, const Ending& ending) {
-    return out << ending.name;
-}
-
-class DialogEnding : public Dialog, public testing::WithParamInterface<Ending> {};
+class DialogEnding : public Dialog, public testing::WithParamInterface<tests::Ending> {};
 
 TEST_P(DialogEnding, GivesItsExitCodeAndFiles) {
-    const Ending& ending = GetParam();
+    const tests::Ending& ending = GetParam();
     startBatch("small48.qsr",
                ending.prompts ? std::vector<std::string>() : std::vector<std::string>{"-noprompt"});
-    switch (ending.by) {
-        case Ending::By::button:
-            screen.click(window, closeButton);
-            break;
-        case Ending::By::box:
-            screen.clickCloseBox(window);
-            break;
-        case Ending::By::escape:
-            screen.key({"Escape"});
-            break;
-    }
-    if (ending.answer != nullptr) {
-        ASSERT_NE(screen.awaitFocused("Prompt"), "");
-        screen.key({ending.answer});
-    }
+    ASSERT_NO_FATAL_FAILURE(
+        tests::LeaveBy(ending, screen, window, [&] { screen.click(window, closeButton); }));
     EXPECT_EQ(program->exitCode(), ending.exitCode);
     EXPECT_EQ(Contents(folder / "filter.txt") != "no file", ending.writes);
     EXPECT_EQ(target().kind == userCurve && target().curve.points[0].frequency == 90, true);
 }
 
-using By = Ending::By;
-INSTANTIATE_TEST_SUITE_P(
-    Of, DialogEnding,
-    testing::Values(Ending{"CloseWithOk", true, By::button, "Return", 0, true},
-                    Ending{"CloseWithCancel", true, By::button, "Escape", 0, false},
-                    Ending{"CloseBox", false, By::box, nullptr, 2, true},
-                    Ending{"CloseBoxWithOk", true, By::box, "Return", 2, true},
-                    Ending{"CloseBoxWithCancel", true, By::box, "Escape", 2, false},
-                    Ending{"Escape", true, By::escape, nullptr, 2, false}),
-    [](const auto& instance) { return std::string(instance.param.name); });
+INSTANTIATE_TEST_SUITE_P(Of, DialogEnding, tests::EveryEnding(), tests::EndingName);
 
 TEST_F(Dialog, APlainStartHasItsMenuOnTheKeyboard) {
     start(TONVANE, {});
