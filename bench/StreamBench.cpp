@@ -41,6 +41,9 @@ struct InstantDevice : CWaveDevice {
     bool IsInterleaved() override { return true; }
     int BitsPerSample() override { return 16; }
     int Latency() override { return 0; }
+    [[nodiscard]] int32_t xruns() const override { return 0; }
+    [[nodiscard]] bool isLost() const override { return false; }
+    [[nodiscard]] std::string refusal() const override { return {}; }
 
     size_t frameBytes = 0;
 };

@@ -7,6 +7,19 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
 endif()
 
+# What has been compiled before comes from the compiler cache, where there is one.
+find_program(TONVANE_CCACHE ccache)
+if(TONVANE_CCACHE)
+    foreach(language C CXX)
+        if(NOT CMAKE_${language}_COMPILER_LAUNCHER)
+            # A precompiled header is a part of what it is compiled into.
+            set(CMAKE_${language}_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+                CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+                ${TONVANE_CCACHE})
+        endif()
+    endforeach()
+endif()
+
 add_library(tonvane_compiler INTERFACE)
 target_compile_options(tonvane_compiler INTERFACE
     -Wall -Wextra -Werror -Wshadow -Wconversion -Wno-sign-conversion

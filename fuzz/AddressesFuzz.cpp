@@ -6,7 +6,7 @@
 #include "amplifier/BiquadWords.h"
 #include "files/AddressConfig.h"
 #include "files/FilterFile.h"
-#include "files/TextScanner.h"
+#include "text/TextScanner.h"
 
 namespace tonvane::fuzz {
 

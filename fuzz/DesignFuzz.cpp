@@ -12,9 +12,9 @@
 #include "amplifier/FixedPoint.h"
 #include "app/CommandLine.h"
 #include "app/JsonReport.h"
-#include "files/FileAccess.h"
 #include "files/LevelTable.h"
 #include "files/ResponseFile.h"
+#include "platform/FileAccess.h"
 #include "transform/FftTables.h"
 #include "tuning/DesignReport.h"
 #include "tuning/TuningRun.h"
@@ -51,15 +51,14 @@ void checkReport(const TuningRun& run, const ProgramValues& values) {
     const DesignReport report = MakeDesignReport(run, values);
     Require(report.sections.size() == TuningRun::sectionCount, "there are seven sections");
     Require(!FormatJsonReport(report).empty() && !SummaryText(report).empty(), "it can be told");
-    for (const DesignReport::Section& section : report.sections) {
-        const std::array<double, 5> coefficients{section.b0, section.b1, section.b2, -section.a1,
-                                                 -section.a2};
-        for (size_t i = 0; i < coefficients.size(); ++i) {
-            Require((section.words[i] & ~coefficientMask) == 0, "a word has 26 bits");
-            Require(std::isfinite(coefficients[i]) || !report.isFinite,
-                    "the words come from numbers");
-            if (FitsCoefWord(coefficients[i])) {
-                const double error = FromCoefWord(section.words[i]) - coefficients[i];
+    size_t next = 0;
+    for (const auto& [b0, b1, b2, a1, a2] : report.sections) {
+        for (const double coefficient : {b0, b1, b2, -a1, -a2}) {
+            const int32_t word = report.words.at(next++);
+            Require((word & ~coefficientMask) == 0, "a word has 26 bits");
+            Require(std::isfinite(coefficient) || !report.isFinite, "the words come from numbers");
+            if (FitsCoefWord(coefficient)) {
+                const double error = FromCoefWord(word) - coefficient;
                 Require(std::fabs(error) <= 0.5 / coefficientScale, "a word is the nearest step");
             }
         }

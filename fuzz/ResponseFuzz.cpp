@@ -12,6 +12,7 @@
 #include "analysis/ResponseAnalyzer.h"
 #include "files/ResponseFile.h"
 #include "transform/FftTables.h"
+#include "transform/ResponseShape.h"
 
 namespace tonvane::fuzz {
 
@@ -51,9 +52,8 @@ void checkShortFile(std::string_view input) {
 void checkFigures(ResponseAnalyzer& analyzer, const SpeakerResponse& response, int32_t n) {
     analyzer.reset();
     analyzer.loadImpulse(response.rate, n, response.samples);
-    constexpr int32_t lead = ResponseAnalyzer::onsetLead;
     Require(analyzer.valid && analyzer.length == n && analyzer.bins == n / 2 + 1, "it is loaded");
-    Require(analyzer.delaySamples >= -lead && analyzer.delaySamples <= n - lead,
+    Require(analyzer.delaySamples >= -onsetLead && analyzer.delaySamples <= n - onsetLead,
             "the onset is a sample, or the length");
     Require(std::abs(analyzer.polarity) == 1, "the polarity is plus or minus one");
     Require(analyzer.timeMin <= 0.0 && analyzer.timeMax >= 0.0, "the range brackets zero");
@@ -62,7 +62,7 @@ void checkFigures(ResponseAnalyzer& analyzer, const SpeakerResponse& response, i
 // The figures of a response that the checked reader has let through, at full length.
 void checkUsableFigures(ResponseAnalyzer& analyzer, const SpeakerResponse& response) {
     checkFigures(analyzer, response, responseFileSamples);
-    Require(analyzer.delaySamples < responseFileSamples - ResponseAnalyzer::onsetLead,
+    Require(analyzer.delaySamples < responseFileSamples - onsetLead,
             "what is not silent has an onset");
     const double binWidth = static_cast<double>(response.rate) / responseFileSamples;
     Require(analyzer.cutoffHz > 39.0 - binWidth && analyzer.cutoffHz <= 400,

@@ -29,10 +29,9 @@ BiquadWords sectionWords(BandType band, double edge) {
     constexpr double sampleFrequency = 2.0;  // edges are fractions of half the sample rate
     const CRationalFunction filter =
         DesignButterworthFilter(band, order, edgeDb(), sampleFrequency, edge, 0.0);
-    BiquadWords words{};
-    EncodeBiquads(1, coefficientsOf(filter.numerator), coefficientsOf(filter.denominator), 1.0,
-                  words);
-    return words;
+    const auto [b0, b1, b2] = coefficientsOf(filter.numerator);
+    const auto [a0, a1, a2] = coefficientsOf(filter.denominator);  // a0 is 1
+    return EncodeBiquad({b0, b1, b2, a1, a2});
 }
 
 }  // namespace

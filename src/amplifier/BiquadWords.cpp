@@ -4,18 +4,31 @@
 
 namespace tonvane {
 
-void EncodeBiquads(int32_t sectionCount, std::span<const double> numerators,
-                   std::span<const double> denominators, double gain, std::span<int32_t> output) {
-    for (int32_t k = 0; k < sectionCount; ++k) {
-        const auto b = numerators.subspan(3 * k, 3);
-        const auto a = denominators.subspan(3 * k, 3);
-        const auto words = output.subspan(wordsPerBiquad * k, wordsPerBiquad);
-        words[0] = ToCoefWord(b[0] * gain);
-        words[1] = ToCoefWord(b[1] * gain);
-        words[2] = ToCoefWord(b[2] * gain);
-        words[3] = ToCoefWord(-a[1]);
-        words[4] = ToCoefWord(-a[2]);
+BiquadWords EncodeBiquad(const Biquad& section) {
+    return {ToCoefWord(section.b0), ToCoefWord(section.b1), ToCoefWord(section.b2),
+            ToCoefWord(-section.a1), ToCoefWord(-section.a2)};
+}
+
+std::vector<int32_t> EncodeBiquads(std::span<const Biquad> sections) {
+    std::vector<int32_t> words;
+    words.reserve(sections.size() * wordsPerBiquad);
+    for (const Biquad& section : sections) {
+        const BiquadWords encoded = EncodeBiquad(section);
+        words.insert(words.end(), encoded.begin(), encoded.end());
     }
+    return words;
+}
+
+std::vector<Biquad> DecodeBiquads(std::span<const int32_t> words) {
+    std::vector<Biquad> sections;
+    sections.reserve(words.size() / wordsPerBiquad);
+    for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
+        // Subtracted, for no zero with a minus.
+        sections.push_back({FromCoefWord(words[at]), FromCoefWord(words[at + 1]),
+                            FromCoefWord(words[at + 2]), 0.0 - FromCoefWord(words[at + 3]),
+                            0.0 - FromCoefWord(words[at + 4])});
+    }
+    return sections;
 }
 
 }  // namespace tonvane

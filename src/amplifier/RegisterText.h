@@ -26,7 +26,4 @@ std::string DescribeContents(int32_t reg, std::span<const uint8_t> bytes);
 // text that is neither.
 std::optional<int32_t> FindRegister(std::string_view text);
 
-// A text that is nothing but 1 to `mostDigits` (at most 8) hexadecimal digits, as a number.
-std::optional<uint32_t> ParseHexDigits(std::string_view text, size_t mostDigits);
-
 }  // namespace tonvane

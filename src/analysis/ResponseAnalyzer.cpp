@@ -7,12 +7,12 @@
 #include "analysis/PhaseCurve.h"
 #include "analysis/Polarity.h"
 #include "elementary/Elementary.h"
+#include "transform/ResponseShape.h"
 
 namespace tonvane {
 
 namespace {
 
-constexpr int32_t captureLength = 32768;
 constexpr double onsetThreshold = 0.125;  // of the peak
 
 // The first sample above an eighth of the peak; the length for silence.
@@ -56,15 +56,15 @@ void ResponseAnalyzer::loadImpulse(double rate, int32_t n, std::span<const doubl
 
 void ResponseAnalyzer::loadCapture(CTestSignal& signal, std::span<const double> capture) {
     sampleRate = signal.sampleRate;
-    response.resize(captureLength);
-    constexpr int32_t rotation = captureLength / 2 - onsetLead;
+    response.resize(responseLength);
+    constexpr int32_t rotation = responseLength / 2 - onsetLead;
     const std::span<double> x = response.time();
-    for (int32_t i = 0; i < captureLength; ++i) {
-        x[i] = capture[(i + rotation) % captureLength];
+    for (int32_t i = 0; i < responseLength; ++i) {
+        x[i] = capture[(i + rotation) % responseLength];
     }
 
     const std::span<const double> impulse = signal.deconvolve(x);
-    loadImpulse(sampleRate, captureLength, impulse);
+    loadImpulse(sampleRate, responseLength, impulse);
 }
 
 void ResponseAnalyzer::loadMagnitudes(double rate, int32_t n, std::span<const double> magnitudes) {

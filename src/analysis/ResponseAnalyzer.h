@@ -16,9 +16,6 @@ namespace tonvane {
 
 class ResponseAnalyzer {
   public:
-    // Samples ahead of the onset: delaySamples + onsetLead is the index of the onset.
-    static constexpr int32_t onsetLead = 32;
-
     ResponseAnalyzer() { reset(); }
 
     // Forgets the response: valid false, figures at their defaults (cutoff 80 Hz, polarity unknown,
@@ -60,7 +57,7 @@ class ResponseAnalyzer {
     SampleArray phaseDegrees;       // `bins` values, degrees in -180 .. 180, bulk delay removed
     SampleArray cutoffCurve;        // `bins` values, score of the cutoff search, 0.01 .. 1
     int32_t polarity = 0;           // +1, -1; 0 for unknown
-    int32_t delaySamples = 0;       // onset minus onsetLead; can be negative
+    int32_t delaySamples = 0;       // onset minus onsetLead (ResponseShape.h); can be negative
     int32_t cutoffHz = 0;           // low-frequency cutoff found
     double timeMin = 0.0;           // smallest sample, never above 0
     double timeMax = 0.0;           // largest sample, never below 0

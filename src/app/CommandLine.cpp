@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "files/TextScanner.h"
+#include "text/TextScanner.h"
 
 namespace tonvane {
 
 namespace {
 
-enum TokenNumber : size_t { command, rate, response, format, filter, target, prompt };
+enum TokenNumber : size_t { command, rate, response, responseKind, filter, target, prompt };
 
 // The token, empty where the line is shorter.
 std::string tokenAt(std::span<const std::string> tokens, size_t number) {
@@ -96,7 +96,7 @@ bool InterpretCommandLine(std::span<const std::string> tokens, ProgramValues& va
         values.FilterSampleRate = hertz;
     }
     values.ResponseFilePath = tokens[response];
-    values.ResponseIsCsv = tokenAt(tokens, format) != "qsr";
+    values.ResponseIsCsv = tokenAt(tokens, responseKind) != "qsr";
 
     bool promptOnExit = false;
     const std::string filterToken = tokenAt(tokens, filter);

@@ -1,8 +1,5 @@
 #include "app/DeviceChoice.h"
 
-#include <cstdio>
-
-#include "device/DeviceFaults.h"
 #include "device/menu/DeviceMenu.h"
 #include "device/simulated/SimulatedSpeaker.h"
 #include "files/InputError.h"
@@ -45,6 +42,16 @@ ChosenDevice usualDevice() {
 
 }  // namespace
 
+void AddDeviceOptions(Command& command, DeviceOptions& options, const std::string& timeoutName) {
+    command.option(
+        "--device", options.device,
+        "Audio device: a name or an id of the list that \"tonvane-cli devices\" prints, or "
+        "simulated:FILE.qsr");
+    command.option(timeoutName, options.timeLimitS, "Seconds that the device may deliver nothing")
+        .range(1, 3600)
+        .showDefault();
+}
+
 ChosenDevice ChooseDevice(const DeviceOptions& options) {
     const std::string& wanted = options.device;
     if (wanted.empty()) {
@@ -59,16 +66,6 @@ ChosenDevice ChooseDevice(const DeviceOptions& options) {
                          "there is no such audio device; \"tonvane-cli devices\" lists them");
     }
     return {entry.name, entry.make(), std::nullopt, {}};
-}
-
-void DevicesCommand() {
-    for (const DeviceEntry& entry : ListDevices()) {
-        std::printf("%-4d %-20s %s\n", entry.id, entry.name.c_str(), entry.description.c_str());
-    }
-    std::printf("     %-20s %s\n", "simulated:FILE.qsr", "Loopback through a measured loudspeaker");
-    for (const DevicePattern& pattern : DevicePatterns()) {
-        std::printf("     %-20s %s\n", pattern.name.c_str(), pattern.description.c_str());
-    }
 }
 
 }  // namespace tonvane

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "commandline/CommandParser.h"
 #include "device/WaveDevice.h"
 
 namespace tonvane {
@@ -19,6 +20,10 @@ struct DeviceOptions {
     }
 };
 
+// --device and --timeout; the latter under another name where that one is taken.
+void AddDeviceOptions(Command& command, DeviceOptions& options,
+                      const std::string& timeoutName = "--timeout");
+
 struct ChosenDevice {
     std::string name;
     std::unique_ptr<CWaveDevice> device;
@@ -29,8 +34,5 @@ struct ChosenDevice {
 // Throws InputError for a name that is not on the menu, and for a simulated device whose response
 // cannot be used. The transform tables are there.
 ChosenDevice ChooseDevice(const DeviceOptions& options);
-
-// Prints the device menu.
-void DevicesCommand();
 
 }  // namespace tonvane

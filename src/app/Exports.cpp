@@ -1,7 +1,8 @@
 #include "app/Exports.h"
 
 #include <algorithm>
-#include <cstdio>
+
+#include <fmt/core.h>
 
 #include "app/JsonReport.h"
 #include "files/InputError.h"
@@ -14,13 +15,21 @@ namespace tonvane {
 namespace {
 
 std::vector<std::string> remarksOf(const ExportSource& source) {
-    char highest[80];
-    std::snprintf(highest, sizeof highest, "Highest gain %.2f dB: leave as much headroom.",
-                  HighestGainOf(source.words, 1).db);
     return {"Equalizer of Tonvane, decoded from the amplifier's fixed-point words.",
             source.rate ? "For a sample rate of " + std::to_string(*source.rate) + " Hz only."
                         : "For the sample rate of the design only.",
-            highest};
+            fmt::format("Highest gain {:.2f} dB: leave as much headroom.",
+                        HighestGainOf(source.words, 1).db)};
+}
+
+// Reads "KIND=FILE"; nothing for another form or kind.
+std::optional<Export> parseExport(const std::string& text) {
+    const size_t equals = text.find('=');
+    const auto kind = ParseExportKind(text.substr(0, equals));
+    if (!kind || equals == std::string::npos || equals + 1 == text.size()) {
+        return std::nullopt;
+    }
+    return Export{*kind, text.substr(equals + 1)};
 }
 
 }  // namespace
@@ -38,17 +47,25 @@ std::optional<ExportKind> ParseExportKind(const std::string& name) {
                                 : std::optional(static_cast<ExportKind>(entry - names.begin()));
 }
 
-std::optional<Export> ParseExport(const std::string& text) {
-    const size_t equals = text.find('=');
-    const auto kind = ParseExportKind(text.substr(0, equals));
-    if (!kind || equals == std::string::npos || equals + 1 == text.size()) {
-        return std::nullopt;
+void AddExportOption(Command& command, std::vector<Export>& exports) {
+    std::string kinds;
+    for (const std::string& name : ExportKindNames()) {
+        kinds += (kinds.empty() ? "" : ", ") + name;
     }
-    return Export{*kind, text.substr(equals + 1)};
+    const auto take = [&exports, kinds](const std::string& text) -> std::string {
+        const auto wanted = parseExport(text);
+        if (!wanted) {
+            return "expected KIND=FILE with a kind of " + kinds + "; found " + text;
+        }
+        exports.push_back(*wanted);
+        return {};
+    };
+    command.repeatable("--export", "KIND=FILE", take,
+                       "KIND=FILE, the result for another program: " + kinds);
 }
 
 std::string FormatExport(const Export& wanted, const ExportSource& source) {
-    const auto sections = DecodeSections(source.words);
+    const auto sections = DecodeBiquads(source.words);
     const bool isFir = wanted.kind == ExportKind::firWave || wanted.kind == ExportKind::firText;
     if (isFir && source.taps.empty()) {
         throw InputError(wanted.path, "a filter file holds no FIR; export it with design --export");

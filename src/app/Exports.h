@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "commandline/CommandParser.h"
+
 namespace tonvane {
 
 enum class ExportKind { apo, camillaDsp, miniDsp, json, csv, firWave, firText };
@@ -19,8 +21,10 @@ struct Export {
     std::string path;
 };
 
-// Reads "KIND=FILE"; nothing for another form or kind.
-std::optional<Export> ParseExport(const std::string& text);
+// --export KIND=FILE, as often as wanted.
+void AddExportOption(Command& command, std::vector<Export>& exports);
+
+// Nothing for another name.
 std::optional<ExportKind> ParseExportKind(const std::string& name);
 
 // What is to be exported. The FIR is there after a design only.

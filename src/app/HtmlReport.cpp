@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+#include <span>
 #include <utility>
+
+#include <fmt/core.h>
 
 #include "app/SvgChart.h"
 
@@ -26,13 +28,8 @@ svg { width: 100%; height: auto; } .note { color: #555; font-size: .9em; }
 @media print { body { margin: 0; max-width: none; } h2, svg, tr { break-inside: avoid; } }
 )";
 
-std::string format(const char* form, double value) {
-    if (!std::isfinite(value)) {
-        return "no number";
-    }
-    char text[80];
-    std::snprintf(text, sizeof text, form, value);
-    return text;
+std::string figure(fmt::format_string<const double&> form, const double& value) {
+    return std::isfinite(value) ? fmt::format(form, value) : "no number";
 }
 
 std::string tag(const std::string& name, const std::string& content) {
@@ -66,12 +63,12 @@ std::string verdict(const DesignReport& report) {
 // What the highest gain found says about the promise that nothing is boosted.
 std::string boundText(const DesignReport& report) {
     const double bound = report.highestGain.db + report.gainClampDb;
-    std::string text = format("%+.2f dB", report.highestGain.db) +
-                       format(" at %.1f Hz", report.highestGain.hertz) +
-                       format(", the highest of %.0f frequencies", report.highestGain.points);
+    std::string text = figure("{:+.2f} dB", report.highestGain.db) +
+                       figure(" at {:.1f} Hz", report.highestGain.hertz) +
+                       figure(", the highest of {:.0f} frequencies", report.highestGain.points);
     if (report.gainClampDb < 0.0) {
-        text += format("; with the %.0f dB of the gain clamp ", report.gainClampDb) +
-                format("that is %+.2f dB against the FIR's bound of 0 dB", bound);
+        text += figure("; with the {:.0f} dB of the gain clamp ", report.gainClampDb) +
+                figure("that is {:+.2f} dB against the FIR's bound of 0 dB", bound);
     }
     return text;
 }
@@ -91,25 +88,26 @@ std::vector<Figure> figuresOf(const DesignReport& report) {
     } else {
         figures.emplace_back("Delay, polarity", "unknown: the response is a table of levels");
     }
-    figures.emplace_back("Loudness of the raw response", format("%.1f dB", report.loudnessDb));
-    figures.emplace_back("Gain clamp", format("%.0f dB", report.gainClampDb));
-    figures.emplace_back("Level of the target found", format("%.2f dB", report.levelDb));
-    figures.emplace_back("Equalized against raw", format("%+.2f dB", report.loudnessRatioDb));
+    figures.emplace_back("Loudness of the raw response", figure("{:.1f} dB", report.loudnessDb));
+    figures.emplace_back("Gain clamp", figure("{:.0f} dB", report.gainClampDb));
+    figures.emplace_back("Level of the target found", figure("{:.2f} dB", report.levelDb));
+    figures.emplace_back("Equalized against raw", figure("{:+.2f} dB", report.loudnessRatioDb));
     figures.emplace_back("Off the target",
-                         format("%.2f dB RMS as measured, ", report.deviationBeforeDb) +
-                             format("%.2f dB RMS equalized", report.deviationAfterDb));
-    figures.emplace_back("Biquads off the FIR", format("%.2f dB RMS, at most ", report.fitRmsDb) +
-                                                    format("%.2f dB", report.fitLargestDb) +
-                                                    format(" at %.0f Hz", report.fitLargestHz) +
-                                                    format(" (pass %.0f of 50", report.fitPass) +
-                                                    format(", distance %.4f)", report.fitDistance));
+                         figure("{:.2f} dB RMS as measured, ", report.deviationBeforeDb) +
+                             figure("{:.2f} dB RMS equalized", report.deviationAfterDb));
+    figures.emplace_back("Biquads off the FIR",
+                         figure("{:.2f} dB RMS, at most ", report.fitRmsDb) +
+                             figure("{:.2f} dB", report.fitLargestDb) +
+                             figure(" at {:.0f} Hz", report.fitLargestHz) +
+                             figure(" (pass {:.0f} of 50", report.fitPass) +
+                             figure(", distance {:.4f})", report.fitDistance));
     figures.emplace_back("Words off the designed biquads",
-                         format("%.4f dB RMS, at most ", report.quantisationRmsDb) +
-                             format("%.4f dB", report.quantisationLargestDb) +
-                             format(" at %.0f Hz", report.quantisationLargestHz));
+                         figure("{:.4f} dB RMS, at most ", report.quantisationRmsDb) +
+                             figure("{:.4f} dB", report.quantisationLargestDb) +
+                             figure(" at {:.0f} Hz", report.quantisationLargestHz));
     figures.emplace_back("Highest gain of the words", boundText(report));
     figures.emplace_back("Largest pole radius",
-                         format("%.6f", report.largestPoleRadius) +
+                         figure("{:.6f}", report.largestPoleRadius) +
                              (report.largestPoleRadius < 1.0 ? " (stable)" : " (unstable)"));
     figures.emplace_back("Coefficients beyond the words' range",
                          std::to_string(report.wrappedCoefficients));
@@ -147,42 +145,39 @@ std::string charts(const DesignReport& report) {
 // The curves at about three frequencies an octave.
 std::string curveTable(const DesignReport& report) {
     const DesignReport::Curves& curves = report.curves;
-    std::string rows = row("th", {"Hz", "target", "measured", "FIR", "words", "words &minus; FIR",
-                                  "equalized &minus; target"});
+    std::string rows = row("th", {"Hz", "target", "measured", "FIR", "words", "words &#8722; FIR",
+                                  "equalized &#8722; target"});
     constexpr size_t stride = 20;
     for (size_t i = 0; i < curves.frequency.size(); i += stride) {
         const double error = curves.measured[i] + curves.filter[i] - curves.target[i];
-        rows +=
-            row("td", {format("%.0f", curves.frequency[i]), format("%.2f", curves.target[i]),
-                       format("%.2f", curves.measured[i]), format("%.2f", curves.fir[i]),
-                       format("%.2f", curves.filter[i]),
-                       format("%+.3f", curves.filter[i] - curves.fir[i]), format("%+.2f", error)});
+        rows += row(
+            "td", {figure("{:.0f}", curves.frequency[i]), figure("{:.2f}", curves.target[i]),
+                   figure("{:.2f}", curves.measured[i]), figure("{:.2f}", curves.fir[i]),
+                   figure("{:.2f}", curves.filter[i]),
+                   figure("{:+.3f}", curves.filter[i] - curves.fir[i]), figure("{:+.2f}", error)});
     }
     return "<h2>Curves in dB</h2><div class=\"scroll\">" + tag("table class=\"numbers\"", rows) +
            "</div>\n";
 }
 
-std::string wordText(int32_t word) {
-    char text[16];
-    std::snprintf(text, sizeof text, "%07X", static_cast<unsigned>(word));
-    return tag("code", text);
+std::string wordCell(int32_t word) {
+    return tag("code", fmt::format("{:07X}", static_cast<unsigned>(word)));
 }
 
 std::string sectionTables(const DesignReport& report) {
     std::string values = row("th", {"", "b0", "b1", "b2", "a1", "a2", "pole radius"});
-    std::string words = row("th", {"", "b0", "b1", "b2", "&minus;a1", "&minus;a2"});
+    std::string words = row("th", {"", "b0", "b1", "b2", "&#8722;a1", "&#8722;a2"});
     for (size_t i = 0; i < report.sections.size(); ++i) {
-        const DesignReport::Section& section = report.sections[i];
         std::vector<std::string> cells{std::to_string(i + 1)};
-        cells.reserve(section.words.size() + 1);
-        for (const int32_t word : section.words) {
-            cells.push_back(wordText(word));
+        for (const int32_t word :
+             std::span(report.words).subspan(i * wordsPerBiquad, wordsPerBiquad)) {
+            cells.push_back(wordCell(word));
         }
         words += row("td", cells);
-        values += row(
-            "td", {std::to_string(i + 1), format("%.7f", section.b0), format("%.7f", section.b1),
-                   format("%.7f", section.b2), format("%.7f", section.a1),
-                   format("%.7f", section.a2), format("%.6f", report.poleRadii[i])});
+        const auto& [b0, b1, b2, a1, a2] = report.sections[i];
+        values += row("td", {std::to_string(i + 1), figure("{:.7f}", b0), figure("{:.7f}", b1),
+                             figure("{:.7f}", b2), figure("{:.7f}", a1), figure("{:.7f}", a2),
+                             figure("{:.6f}", report.poleRadii[i])});
     }
     return "<h2>Sections as designed</h2><div class=\"scroll\">" +
            tag("table class=\"numbers\"", values) +
@@ -195,8 +190,8 @@ std::string sectionTables(const DesignReport& report) {
 std::string HtmlReport(const DesignReport& report, const ReportNames& names,
                        std::string_view plotSvg) {
     const std::string title = "Equalizer for " + EscapeMarkup(names.response);
-    std::string page = "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">\n" +
-                       std::string("<meta name=\"viewport\" content=\"width=device-width\">\n") +
+    std::string page = "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"/>\n" +
+                       std::string("<meta name=\"viewport\" content=\"width=device-width\"/>\n") +
                        tag("title", title) + tag("style", style) + "</head><body>\n" +
                        tag("h1", title) + "\n<p class=\"files\">Target: " +
                        (names.target.empty() ? "flat" : EscapeMarkup(names.target)) +

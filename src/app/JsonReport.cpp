@@ -1,11 +1,9 @@
 #include "app/JsonReport.h"
 
-#include <cstdio>
-
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "amplifier/BiquadWords.h"
-#include "files/SectionText.h"
 
 namespace tonvane {
 
@@ -14,9 +12,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string wordText(int32_t word) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%07X", static_cast<unsigned>(word));
-    return text;
+    return fmt::format("0x{:07X}", static_cast<unsigned>(word));
 }
 
 Json wordsJson(std::span<const int32_t> words) {
@@ -27,10 +23,13 @@ Json wordsJson(std::span<const int32_t> words) {
     return texts;
 }
 
-Json sectionJson(const DesignReport::Section& section) {
-    return {{"b", {section.b0, section.b1, section.b2}},
-            {"a", {1.0, section.a1, section.a2}},
-            {"words", wordsJson(section.words)}};
+Json sectionsJson(std::span<const Biquad> sections, std::span<const int32_t> words) {
+    Json list = Json::array();
+    for (const auto& [b0, b1, b2, a1, a2] : sections) {
+        const auto own = words.subspan(list.size() * wordsPerBiquad, wordsPerBiquad);
+        list.push_back({{"b", {b0, b1, b2}}, {"a", {1.0, a1, a2}}, {"words", wordsJson(own)}});
+    }
+    return list;
 }
 
 }  // namespace
@@ -63,10 +62,7 @@ std::string FormatJsonReport(const DesignReport& report) {
     json["largestPoleRadius"] = report.largestPoleRadius;
     json["poleRadii"] = report.poleRadii;
     json["wrappedCoefficients"] = report.wrappedCoefficients;
-    json["sections"] = Json::array();
-    for (const auto& section : report.sections) {
-        json["sections"].push_back(sectionJson(section));
-    }
+    json["sections"] = sectionsJson(report.sections, report.words);
     json["curves"] = {{"frequencyHz", report.curves.frequency},
                       {"targetDb", report.curves.target},
                       {"measuredDb", report.curves.measured},
@@ -81,13 +77,7 @@ std::string FormatJsonSections(std::span<const int32_t> words, std::optional<int
     if (sampleRate) {
         json["sampleRateHz"] = *sampleRate;
     }
-    json["sections"] = Json::array();
-    for (const auto& [b0, b1, b2, a1, a2] : DecodeSections(words)) {
-        const size_t at = json["sections"].size() * wordsPerBiquad;
-        json["sections"].push_back({{"b", {b0, b1, b2}},
-                                    {"a", {1.0, a1, a2}},
-                                    {"words", wordsJson(words.subspan(at, wordsPerBiquad))}});
-    }
+    json["sections"] = sectionsJson(DecodeBiquads(words), words);
     return json.dump(1) + "\n";
 }
 

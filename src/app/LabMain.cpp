@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "app/WindowProgram.h"
+#include "commandline/CommandParser.h"
 #include "ui/qt/LabWindow.h"
 
 namespace {
@@ -15,30 +14,27 @@ namespace {
 constexpr int failure = 1;
 
 int runLab(int argc, char** argv) {
-    CLI::App app{"The tuning dialog with all of its controls in the open."};
-    app.set_version_flag("--version", std::string("tonvane-lab ") + TONVANE_VERSION);
+    tonvane::CommandParser program("The tuning dialog with all of its controls in the open.",
+                                   "tonvane-lab " TONVANE_VERSION);
     tonvane::WindowOptions options;
     options.simulatedDevice = true;
-    app.add_option("--port", options.linkPort,
-                   "Port of the amplifier's link server on this computer")
-        ->check(CLI::Range(1, 65535));
-    app.add_option("--layout", options.layoutFile,
+    program
+        .option("--port", options.linkPort, "Port of the amplifier's link server on this computer")
+        .range(1, 65535);
+    program.option("--layout", options.layoutFile,
                    "Write the places of the controls to a file: id, left, top, width, height");
-    app.footer(
+    program.footer(
         "Start with a response: tonvane-lab [OPTIONS] -cmd RATE RESPONSE qsr|csv FILTERS TARGET");
     // From -cmd on the words are those of a batch start.
     const std::vector<std::string> words(argv + 1, argv + argc);
     const auto command = std::ranges::find(words, "-cmd");
-    std::vector<std::string> own(words.begin(), command);
-    std::ranges::reverse(own);  // as the parser takes a list
-    try {
-        app.parse(own);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error);
-    }
-    const std::vector<std::string> batch(command, words.end());
-    return tonvane::RunWindowProgram(batch, options,
-                                     [] { return std::make_unique<tonvane::LabWindow>(); });
+    int exitCode = 0;
+    program.action([&] {
+        exitCode = tonvane::RunWindowProgram({command, words.end()}, options,
+                                             [] { return std::make_unique<tonvane::LabWindow>(); });
+    });
+    const int parsed = program.run({words.begin(), command});
+    return parsed == 0 ? exitCode : parsed;
 }
 
 }  // namespace

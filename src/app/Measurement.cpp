@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+
+#include <fmt/core.h>
 
 #include "app/Interruption.h"
 #include "app/RunWatch.h"
-#include "device/DeviceFaults.h"
 #include "files/InputError.h"
 #include "files/RateRange.h"
 #include "stream/EqStream.h"
@@ -28,9 +28,7 @@ double capturedFrames(const CStreamEngine& engine) {
 }
 
 std::string peakText(double peakDb) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%.1f dB", peakDb);
-    return std::isfinite(peakDb) ? text : "zero";
+    return std::isfinite(peakDb) ? fmt::format("{:.1f} dB", peakDb) : "zero";
 }
 
 void expectGoodRun(const CStreamEngine& engine, RunEnd end, bool complete,
@@ -49,7 +47,7 @@ void expectGoodRun(const CStreamEngine& engine, RunEnd end, bool complete,
     if (!complete) {
         throw InputError(name, "the measurement has ended before it was complete");
     }
-    if (const int32_t xruns = FaultsOf(*engine.device).xruns; xruns > 0) {
+    if (const int32_t xruns = engine.device->xruns(); xruns > 0) {
         throw InputError(name, "the device counted " + std::to_string(xruns) +
                                    " gaps (xruns), so the measurement is not good; try again "
                                    "with nothing else running");
@@ -83,6 +81,20 @@ void expectUsableResponse(TuningRun& run, const std::string& name) {
     }
 }
 
+int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
+                      const ProgramValues& values) {
+    const int32_t rate = wanted.value_or(device.rate.value_or(values.InputSampleRate));
+    if (!IsMeasuringRate(rate)) {
+        throw InputError("--rate", "expected " + std::string(measuringRates));
+    }
+    if (device.rate.value_or(rate) != rate) {
+        throw InputError(device.name, "the response is at " + std::to_string(*device.rate) +
+                                          " Hz, not at the " + std::to_string(rate) +
+                                          " Hz asked for");
+    }
+    return rate;
+}
+
 }  // namespace
 
 bool IsMeasuringRate(int64_t rate) {
@@ -104,7 +116,7 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
 
     measurement.Measure();
     if (!measurement.started()) {
-        const std::string reason = RefusalOf(device);
+        const std::string reason = device.refusal();
         throw InputError(name, "cannot be opened for playing and capturing at " +
                                    std::to_string(run.designRate) + " Hz" +
                                    (reason.empty() ? reason : ": " + reason));
@@ -130,6 +142,23 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
     report.delaySamples = run.responseAnalyzer.delaySamples;
     report.polarity = run.responseAnalyzer.polarity;
     report.cutoffHz = run.responseAnalyzer.cutoffHz;
+    return report;
+}
+
+MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const DeviceOptions& device,
+                              std::optional<int32_t> rate) {
+    const ChosenDevice chosen = ChooseDevice(device);
+    values.InputSampleRate = measuringRate(chosen, rate, values);
+    values.FilterSampleRate = values.InputSampleRate;
+    values.ResponseIsCsv = false;
+    run.InitTuningState();
+    std::printf("Measuring on %s at %d Hz\n", chosen.name.c_str(), values.InputSampleRate);
+    std::fflush(stdout);
+    MeasurementReport report =
+        MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
+    if (!chosen.warning.empty()) {
+        report.warnings.insert(report.warnings.begin(), chosen.warning);
+    }
     return report;
 }
 

@@ -3,9 +3,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "app/DeviceChoice.h"
 #include "device/WaveDevice.h"
 #include "stream/StreamEngine.h"
 #include "tuning/TuningRun.h"
@@ -41,6 +43,12 @@ struct RunLimits {
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
                                   const RunLimits& limits, TuningRun& run,
                                   const ProgramValues& values);
+
+// Chooses the device and measures into a run that has been made for these values: sets its rates
+// and its response. The rate is in Hz; without one the device's only one, or the values'. Prints
+// what it does.
+MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const DeviceOptions& device,
+                              std::optional<int32_t> rate);
 
 // The report as text of some lines for a terminal, and as JSON.
 std::string SummaryText(const MeasurementReport& report);

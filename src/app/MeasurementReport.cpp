@@ -1,6 +1,6 @@
 // What is told of a measurement.
-#include <cstdio>
 
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "app/Measurement.h"
@@ -8,19 +8,17 @@
 namespace tonvane {
 
 std::string SummaryText(const MeasurementReport& report) {
-    char text[400];
-    std::snprintf(text, sizeof text,
-                  "  sample rate        %d Hz\n"
-                  "  delay              %d samples\n"
-                  "  polarity           %s\n"
-                  "  cutoff             %d Hz\n"
-                  "  capture            peak %.1f dB of full scale, %lld samples clipped\n",
-                  report.sampleRate, report.delaySamples,
-                  report.polarity > 0   ? "positive"
-                  : report.polarity < 0 ? "negative"
-                                        : "unknown",
-                  report.cutoffHz, report.peakDb, static_cast<long long>(report.clippedSamples));
-    std::string summary = text;
+    std::string summary = fmt::format(
+        "  sample rate        {} Hz\n"
+        "  delay              {} samples\n"
+        "  polarity           {}\n"
+        "  cutoff             {} Hz\n"
+        "  capture            peak {:.1f} dB of full scale, {} samples clipped\n",
+        report.sampleRate, report.delaySamples,
+        report.polarity > 0   ? "positive"
+        : report.polarity < 0 ? "negative"
+                              : "unknown",
+        report.cutoffHz, report.peakDb, report.clippedSamples);
     for (const std::string& warning : report.warnings) {
         summary += "Warning: " + warning + "\n";
     }

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "files/FileAccess.h"
 #include "files/InputError.h"
+#include "platform/FileAccess.h"
+#include "text/Ascii.h"
 
 namespace tonvane {
 
@@ -44,11 +45,7 @@ void WriteOutputs(std::span<const NewContents> files) {
 }
 
 std::string LowerCaseExtension(const std::string& path) {
-    std::string extension = TextOf(PathOf(path).extension());
-    std::ranges::transform(extension, extension.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return extension;
+    return LowerCase(TextOf(PathOf(path).extension()));
 }
 
 }  // namespace tonvane

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "files/FileAccess.h"
+#include "platform/FileAccess.h"
 
 namespace tonvane {
 

@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "app/OutputFiles.h"
-#include "files/FileAccess.h"
 #include "files/ImpulseResponse.h"
 #include "files/InputError.h"
 #include "files/LevelTable.h"
 #include "files/RateRange.h"
+#include "platform/FileAccess.h"
 #include "soundfile/SoundFile.h"
 
 namespace tonvane {
@@ -83,6 +83,11 @@ SpeakerResponse readImpulse(InputKind kind, const ResponseOptions& options, Inpu
 }
 
 }  // namespace
+
+void AddInputOptions(Command& command, ResponseOptions& options) {
+    command.option("--channel", options.channel, "Channel of a wave file, from 1");
+    command.flag("--strict", options.strict, "Refuse a response where something has to be guessed");
+}
 
 InputKind KindOfInput(const std::string& path, InputNotes& notes) {
     constexpr size_t startBytes = 512;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "commandline/CommandParser.h"
 #include "files/CsvTable.h"
 #include "files/InputNotes.h"
 #include "files/ResponseFile.h"
@@ -18,6 +19,9 @@ struct ResponseOptions {
     std::optional<int32_t> channel;  // of a wave file, from 1
     bool strict = false;             // refuse what has to be guessed
 };
+
+// --channel and --strict.
+void AddInputOptions(Command& command, ResponseOptions& options);
 
 enum class InputKind { table, wave, raw, speakerResponse, filters };
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "app/Interruption.h"
-#include "app/Terminal.h"
+#include "platform/System.h"
 
 namespace tonvane {
 

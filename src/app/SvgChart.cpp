@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <optional>
+
+#include <fmt/core.h>
 
 namespace tonvane {
 
@@ -18,9 +19,7 @@ constexpr double bottom = height - 34.0;
 constexpr double mostDecibels = 60.0;
 
 std::string number(double value) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.1f", value);
-    return text;
+    return fmt::format("{:.1f}", value);
 }
 
 struct Axes {

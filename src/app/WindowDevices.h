@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "device/DeviceFaults.h"
+#include "device/WaveDevice.h"
 #include "ui/WaveDlg.h"
 
 namespace tonvane {

@@ -8,7 +8,7 @@
 
 #include "app/CommandLine.h"
 #include "app/WindowDevices.h"
-#include "files/FileAccess.h"
+#include "platform/FileAccess.h"
 #include "transform/FftTables.h"
 #include "tuning/ProgramValues.h"
 #include "ui/MainDlg.h"

@@ -12,7 +12,7 @@
 namespace tonvane {
 
 struct WindowOptions {
-    uint16_t linkPort = CAmpLink::usualPort;
+    uint16_t linkPort = CAmpLink::defaultPort;
     std::string layoutFile{};      // gets the places of the controls, for whoever drives the window
     bool simulatedDevice = false;  // on the device menu as well
 };

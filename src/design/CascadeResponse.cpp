@@ -5,19 +5,12 @@
 #include <cmath>
 #include <numbers>
 
-#include "amplifier/BiquadWords.h"
-#include "amplifier/FixedPoint.h"
 #include "design/LogResponse.h"
 #include "elementary/Elementary.h"
 
 namespace tonvane {
 
 namespace {
-
-BiquadSection decode(std::span<const int32_t> words) {
-    return {{FromCoefWord(words[0]), FromCoefWord(words[1]), FromCoefWord(words[2])},
-            {1.0, -FromCoefWord(words[3]), -FromCoefWord(words[4])}};
-}
 
 std::vector<double> anglesOf(std::span<const double> frequencies, int32_t sampleRate) {
     std::vector<double> angles(frequencies.size());
@@ -35,12 +28,12 @@ double largerRoot(double a1, double a2) {
 
 }  // namespace
 
-std::vector<double> CascadeResponseDb(std::span<const BiquadSection> sections,
+std::vector<double> CascadeResponseDb(std::span<const Biquad> sections,
                                       std::span<const double> frequencies, int32_t sampleRate) {
     const ComplexVector points = UnitCirclePoints(anglesOf(frequencies, sampleRate));
     std::vector<double> total(frequencies.size(), 1.0);
-    for (const BiquadSection& section : sections) {
-        multiplyResponseAt(section.b, section.a, points, total);
+    for (const auto& [b0, b1, b2, a1, a2] : sections) {
+        multiplyResponseAt(std::array{b0, b1, b2}, std::array{1.0, a1, a2}, points, total);
     }
     for (double& value : total) {
         value = 20.0 * elementary::Log10(value);
@@ -50,12 +43,7 @@ std::vector<double> CascadeResponseDb(std::span<const BiquadSection> sections,
 
 std::vector<double> CascadeResponseDb(std::span<const int32_t> words,
                                       std::span<const double> frequencies, int32_t sampleRate) {
-    std::vector<BiquadSection> sections;
-    sections.reserve(words.size() / wordsPerBiquad);
-    for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
-        sections.push_back(decode(words.subspan(at, wordsPerBiquad)));
-    }
-    return CascadeResponseDb(sections, frequencies, sampleRate);
+    return CascadeResponseDb(DecodeBiquads(words), frequencies, sampleRate);
 }
 
 std::vector<double> FirResponseDb(std::span<const double> taps, std::span<const double> frequencies,
@@ -68,11 +56,19 @@ std::vector<double> FirResponseDb(std::span<const double> taps, std::span<const 
     return response;
 }
 
+std::vector<double> PoleRadii(std::span<const int32_t> words) {
+    const std::vector<Biquad> sections = DecodeBiquads(words);
+    std::vector<double> radii(sections.size());
+    std::ranges::transform(sections, radii.begin(), [](const Biquad& section) {
+        return largerRoot(section.a1, section.a2);
+    });
+    return radii;
+}
+
 double LargestPoleRadius(std::span<const int32_t> words) {
     double largest = 0.0;
-    for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
-        const BiquadSection biquad = decode(words.subspan(at, wordsPerBiquad));
-        largest = std::max(largest, largerRoot(biquad.a[1], biquad.a[2]));
+    for (const double radius : PoleRadii(words)) {
+        largest = std::max(largest, radius);
     }
     return largest;
 }

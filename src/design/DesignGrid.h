@@ -5,14 +5,12 @@
 #include <array>
 #include <cstdint>
 
+#include "transform/ResponseShape.h"
+
 namespace tonvane {
 
 constexpr int32_t designLength = 4096;
 constexpr int32_t designPoints = designLength / 2 + 1;
-
-// The length of the responses that a design starts from.
-constexpr int32_t responseLength = 32768;
-constexpr int32_t responseBins = responseLength / 2 + 1;
 
 using DesignCurve = std::array<double, designPoints>;
 

@@ -12,7 +12,7 @@ namespace tonvane {
 
 namespace {
 
-constexpr int32_t onsetLead = 32;
+constexpr int32_t searchPasses = 16;
 constexpr double loudnessLowHz = 40.0;
 
 }  // namespace
@@ -84,10 +84,9 @@ void EqDesigner::designFir(int32_t outputRate) {
     // Bisection of the logarithm over 160 dB. The last midpoint stands, whichever side it is on.
     double high = 10000.0 * top;
     double low = 1e-12 * top;
-    for (Trial& pass : trials) {
+    for (int32_t pass = 0; pass < searchPasses; ++pass) {
         level = std::sqrt(low * high);
         trial(level, wantedRatio);
-        pass = {level, loudnessRatio};
         (wantedRatio < loudnessRatio ? high : low) = level;
     }
 

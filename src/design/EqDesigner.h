@@ -20,14 +20,6 @@ namespace tonvane {
 
 class EqDesigner {
   public:
-    static constexpr int32_t searchPasses = 16;
-
-    // Told of each pass of the level search; for reports and tests.
-    struct Trial {
-        double level;
-        double loudnessRatio;
-    };
-
     EqDesigner();
 
     // Sets tapCount = n and bins = n/2 + 1.
@@ -73,7 +65,6 @@ class EqDesigner {
     double measuredLoudness = 0.0;  // weighted power of the raw response
     double loudnessRatio = 1.0;     // amplitude ratio equalized to raw of the last trial
     double level = 0.0;             // power level of the last trial
-    std::array<Trial, searchPasses> trials{};   // the passes of the last search, in order
     std::array<double, responseLength> gate{};  // the gate applied to an impulse response
     DesignCurve targetPower{};
     DesignCurve passband{};       // 0 to 1

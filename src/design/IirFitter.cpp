@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 
-#include "amplifier/BiquadWords.h"
 #include "design/BiquadSections.h"
 #include "design/LeastSquares.h"
 #include "design/LogResponse.h"
@@ -85,16 +84,17 @@ struct IirFitter::Workspace {
     std::vector<double> rhs;                       // and the solution after it
 };
 
-void IirFitter::configure(int32_t rate, std::span<const double> firTaps, int32_t sections,
+void IirFitter::configure(int32_t rate, std::span<const double> firTaps, int32_t count,
                           int32_t curvePoints, double gainClampDb) {
     for (int i = 0; i < 2; ++i) {
         numerator[i].clear();
         denominator[i].clear();
         curve[i].resize(curvePoints / 2 + 1);
     }
+    sections.clear();
     coefficientWords.clear();
     sampleRate = rate;
-    sectionCount = sections;
+    sectionCount = count;
     tapCount = static_cast<int32_t>(firTaps.size());
     gain = elementary::Exp10(gainClampDb * 0.05);
     taps.ensure(tapCount);
@@ -202,7 +202,7 @@ void IirFitter::solvePass(Workspace& work) {
     if (equationObserver) {
         equationObserver(work.matrix, work.rhs, work.rows, work.cols);
     }
-    LeastSquaresSolveColumns(work.matrix, work.rhs, work.rows, work.cols);
+    LeastSquaresSolve(work.matrix, work.rhs, work.rows, work.cols);
 
     std::copy_n(work.rhs.begin(), m, numerator[1].begin());
     denominator[1][0] = 1.0;
@@ -215,20 +215,23 @@ void IirFitter::encodeSections() {
     const int32_t order = 2 * sectionCount;
     std::vector<double> re(order);
     std::vector<double> im(order);
-    const auto toSections = [&](const std::vector<double>& polynomial,
-                                std::vector<double>& sections) {
-        sections.resize(3 * static_cast<size_t>(sectionCount));
+    const auto sectionsOf = [&](const std::vector<double>& polynomial) {
+        std::vector<double> coefficients(3 * static_cast<size_t>(sectionCount));
         PolynomialRoots(polynomial, re, im, order, true);
-        RootsToBiquads(re, im, sections, sectionCount, rootTolerance);
+        RootsToBiquads(re, im, coefficients, sectionCount, rootTolerance);
+        return coefficients;
     };
-    toSections(numerator[0], numeratorSections);
-    toSections(denominator[0], denominatorSections);
+    const std::vector<double> zeros = sectionsOf(numerator[0]);
+    const std::vector<double> poles = sectionsOf(denominator[0]);
 
     // Each section carries its share of the gain; the level drop of the gain clamp stays out.
-    sectionGain = elementary::Pow(numerator[0][0] / gain, 1.0 / sectionCount);
-    coefficientWords.resize(static_cast<size_t>(wordsPerBiquad) * sectionCount);
-    EncodeBiquads(sectionCount, numeratorSections, denominatorSections, sectionGain,
-                  coefficientWords);
+    const double share = elementary::Pow(numerator[0][0] / gain, 1.0 / sectionCount);
+    sections.clear();
+    for (size_t k = 0; k < zeros.size(); k += 3) {
+        sections.push_back({share * zeros[k], share * zeros[k + 1], share * zeros[k + 2],
+                            poles[k + 1], poles[k + 2]});
+    }
+    coefficientWords = EncodeBiquads(sections);
 }
 
 }  // namespace tonvane

@@ -14,6 +14,7 @@
 #include <span>
 #include <vector>
 
+#include "amplifier/BiquadWords.h"
 #include "transform/SampleArray.h"
 #include "transform/SpectrumBuffer.h"
 
@@ -53,11 +54,10 @@ class IirFitter {
     std::array<std::vector<double>, 2> denominator;
     std::array<ComplexVector, 2> curve;  // their magnitudes in the real parts, 0 to fs/2
 
-    // K sections of (1, c1, c2): complex roots first, by rising frequency.
-    std::vector<double> numeratorSections;
-    std::vector<double> denominatorSections;
-    double sectionGain = 0.0;               // of each numerator section; NaN where no root exists
-    std::vector<int32_t> coefficientWords;  // 5*K words for the amplifier, section after section
+    // K sections: complex roots first, by rising frequency. The gain is shared evenly among them,
+    // without the level drop; NaN where its root does not exist.
+    std::vector<Biquad> sections;
+    std::vector<int32_t> coefficientWords;  // the same as 5*K words, section after section
 
     std::array<double, passes> distances{};  // of each pass, squared decimal logs summed
     double bestDistance = 0.0;

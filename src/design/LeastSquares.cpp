@@ -14,17 +14,6 @@ namespace tonvane {
 
 namespace {
 
-std::vector<double> columnByColumn(std::span<const double> matrix, int32_t rows, int32_t cols) {
-    std::vector<double> out(static_cast<size_t>(rows) * cols);
-    for (int32_t c = 0; c < cols; ++c) {
-        double* column = out.data() + static_cast<size_t>(c) * rows;
-        for (int32_t r = 0; r < rows; ++r) {
-            column[r] = matrix[static_cast<size_t>(r) * cols + c];
-        }
-    }
-    return out;
-}
-
 // Counted without an early exit, so that the compiler can take several values at a time.
 bool allFinite(std::span<const double> values) {
     int64_t others = 0;
@@ -36,17 +25,8 @@ bool allFinite(std::span<const double> values) {
 
 }  // namespace
 
-void LeastSquaresSolve(std::span<const double> matrix, std::span<const double> rhs,
-                       std::span<double> solution, int32_t rows, int32_t cols) {
-    std::vector<double> a = columnByColumn(matrix, rows, cols);
-    std::vector<double> b(std::max(rows, cols));
-    std::copy_n(rhs.begin(), rows, b.begin());
-    LeastSquaresSolveColumns(a, b, rows, cols);
-    std::copy_n(b.begin(), cols, solution.begin());
-}
-
-void LeastSquaresSolveColumns(std::span<double> columns, std::span<double> rhs, int32_t rows,
-                              int32_t cols) {
+void LeastSquaresSolve(std::span<double> columns, std::span<double> rhs, int32_t rows,
+                       int32_t cols) {
     if (!allFinite(columns) || !allFinite(rhs.first(rows))) {
         // LAPACK ends the program on a norm that is no number.
         std::ranges::fill(rhs.first(cols), std::numeric_limits<double>::quiet_NaN());

@@ -1,56 +1,56 @@
-// What went wrong in a run of a device, for whoever has to decide whether its capture is good.
+// What a device keeps of its faults, to be asked for by the contract of CWaveDevice.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
-#include <functional>
 #include <string>
-
-#include "device/WaveDevice.h"
 
 namespace tonvane {
 
-// Shows the person an error in a box with the caption "Error", for the devices that do so by
-// themselves. On the thread of whoever opens or chooses the device.
-using ShowDeviceError = std::function<void(const std::string& text)>;
-
-// A device implements it beside CWaveDevice if it can tell. Callable from any thread.
-class DeviceFaults {
+// Gaps in what a worker hands over or takes. A queue that runs empty, or over, is a gap only if the
+// worker comes back: one that has ended its run has nothing more to lose.
+class GapCount {
   public:
-    virtual ~DeviceFaults() = default;
+    // Device thread: the worker was too late.
+    void Note() { pending_ = true; }
 
-    // Gaps since Open in what was played or captured: the platform's own, and moments at which a
-    // worker was too late with the next samples or with taking them.
-    [[nodiscard]] virtual int32_t xruns() const = 0;
+    // Worker, at every call: it has come back.
+    void Settle() {
+        if (pending_.load() && pending_.exchange(false)) {
+            ++count_;
+        }
+    }
 
-    // Whether the device has been lost since Open: nothing more will be played or captured, and
-    // Read and Write return at once.
-    [[nodiscard]] virtual bool isLost() const = 0;
+    // Any thread: a gap of the platform.
+    void Add() { ++count_; }
 
-    // Why the last Open was refused, as a sentence for the person without its full stop; empty if
-    // it was not. Owner's thread only.
-    [[nodiscard]] virtual std::string refusal() const = 0;
+    void Reset() {
+        pending_ = false;
+        count_ = 0;
+    }
 
-  protected:
-    DeviceFaults() = default;
-    DeviceFaults(const DeviceFaults&) = default;
-    DeviceFaults& operator=(const DeviceFaults&) = default;
+    [[nodiscard]] int32_t count() const { return count_.load(); }
+
+  private:
+    std::atomic<bool> pending_{false};
+    std::atomic<int32_t> count_{0};
 };
 
-struct FaultCounts {
-    int32_t xruns = 0;
-    bool isLost = false;
+struct DeviceFaults {
+    GapCount captureGaps;
+    GapCount playGaps;
+    std::atomic<bool> isLost{false};
+    std::string refusal;  // owner's thread
+
+    // At every Open.
+    void Reset() {
+        captureGaps.Reset();
+        playGaps.Reset();
+        isLost = false;
+        refusal.clear();
+    }
+
+    [[nodiscard]] int32_t xruns() const { return captureGaps.count() + playGaps.count(); }
 };
-
-// The faults of a device; none for a device that cannot tell.
-inline FaultCounts FaultsOf(const CWaveDevice& device) {
-    const auto* faults = dynamic_cast<const DeviceFaults*>(&device);
-    return faults == nullptr ? FaultCounts{} : FaultCounts{faults->xruns(), faults->isLost()};
-}
-
-// Why a device could not be opened; empty for a device that cannot tell.
-inline std::string RefusalOf(const CWaveDevice& device) {
-    const auto* faults = dynamic_cast<const DeviceFaults*>(&device);
-    return faults == nullptr ? std::string() : faults->refusal();
-}
 
 }  // namespace tonvane

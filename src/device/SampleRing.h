@@ -18,6 +18,8 @@ namespace tonvane {
 
 class SampleRing {
   public:
+    using Data = int32_t;  // what a worker moves
+
     SampleRing() = default;
     SampleRing(const SampleRing&) = delete;
     SampleRing& operator=(const SampleRing&) = delete;
@@ -32,7 +34,6 @@ class SampleRing {
     void Close() { open_ = false; }
 
     [[nodiscard]] bool isOpen() const { return open_.load(); }
-    [[nodiscard]] int32_t channels() const { return channels_; }
 
     // Frames that the ring holds.
     [[nodiscard]] int32_t Held() const {

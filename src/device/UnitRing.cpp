@@ -7,10 +7,11 @@
 
 namespace tonvane {
 
-bool UnitRing::Open(int32_t blockAlign, int32_t sampleRate, int32_t frames) {
+bool UnitRing::Open(Direction direction, int32_t blockAlign, int32_t sampleRate, int32_t frames) {
     if (isOpen() || blockAlign < 1 || sampleRate < 1) {
         return false;
     }
+    direction_ = direction;
     blockAlign_ = blockAlign;
     unitCount_ = frames / unitFrames;
     unitBytes_ = blockAlign * unitFrames;

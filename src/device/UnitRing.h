@@ -23,7 +23,7 @@
 #include <span>
 #include <vector>
 
-#include "device/WakeUp.h"
+#include "platform/Threads.h"
 
 namespace tonvane {
 
@@ -35,17 +35,20 @@ class UnitRing {
 
     // Called with the index of a unit on the thread that submits it (Open for all units of a
     // capture ring, the worker later), for platforms that want to be handed each unit.
+    using Data = void;  // what a worker moves
     using OnSubmit = std::function<void(int32_t unit)>;
 
-    explicit UnitRing(Direction direction, OnSubmit onSubmit = {})
-        : direction_(direction), onSubmit_(std::move(onSubmit)) {}
+    UnitRing() = default;
     UnitRing(const UnitRing&) = delete;
     UnitRing& operator=(const UnitRing&) = delete;
+
+    // For the platform that wants it, ahead of Open.
+    void SetOnSubmit(OnSubmit onSubmit) { onSubmit_ = std::move(onSubmit); }
 
     // An empty queue of frames/1024 units (rounded down; without any, Read and Write wait until
     // Close) for frames of `blockAlign` bytes at `sampleRate` Hz. No thread may be inside. False
     // when the ring is open already or a number is below 1.
-    bool Open(int32_t blockAlign, int32_t sampleRate, int32_t frames);
+    bool Open(Direction direction, int32_t blockAlign, int32_t sampleRate, int32_t frames);
 
     // Wakes a waiting worker, whose call then returns what it has moved, and makes every later call
     // return at once. The units stay until the next Open, so workers and device may still be
@@ -87,7 +90,6 @@ class UnitRing {
     void Complete();
 
     [[nodiscard]] uint32_t submitted() const { return submitted_.load(); }
-    [[nodiscard]] uint32_t completed() const { return completed_.load(); }
     [[nodiscard]] int32_t unitCount() const { return unitCount_; }
 
   private:
@@ -97,7 +99,7 @@ class UnitRing {
     bool waitForUnit();
     void submit();
 
-    Direction direction_;
+    Direction direction_ = Direction::play;
     OnSubmit onSubmit_;
     std::vector<std::byte> memory_;
     int32_t unitCount_ = 0;

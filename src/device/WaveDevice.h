@@ -1,15 +1,23 @@
 // The one audio device of the program: a full-duplex pipe of integer samples that blocks its
 // caller.
 //
-// Who calls what: Open, WaitFilled, Start, Stop and Close on the thread that owns the engine;
-// Write, FlushOutput and WaitEmpty on the one output worker (which may also Start and Stop); Read
-// on the one capture worker. Read and Write run at the same time. Samples are little-endian signed
-// integers of BitsPerSample bits.
+// Who calls what: Open, WaitFilled, Start, Stop, Close and refusal on the thread that owns the
+// engine; Write, FlushOutput and WaitEmpty on the one output worker (which may also Start and
+// Stop); Read on the one capture worker. Read and Write run at the same time. Samples are
+// little-endian signed integers of BitsPerSample bits.
 #pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
 
 #include "device/WaveFormat.h"
 
 namespace tonvane {
+
+// Shows the person an error in a box with the caption "Error", for the devices that do so by
+// themselves. On the thread of whoever opens or chooses the device.
+using ShowDeviceError = std::function<void(const std::string& text)>;
 
 class CWaveDevice {
   public:
@@ -58,6 +66,20 @@ class CWaveDevice {
 
     // Frames to throw away from the capture so that capture and playback line up.
     virtual int Latency() = 0;
+
+    // What went wrong in a run, for whoever has to decide whether its capture is good.
+
+    // Gaps since Open in what was played or captured: the platform's own, and moments at which a
+    // worker was too late with the next samples or with taking them. Any thread.
+    [[nodiscard]] virtual int32_t xruns() const = 0;
+
+    // Whether the device has been lost since Open: nothing more will be played or captured, and
+    // Read and Write return at once. Any thread.
+    [[nodiscard]] virtual bool isLost() const = 0;
+
+    // Why the last Open was refused, as a sentence for the person without its full stop; empty if
+    // it was not.
+    [[nodiscard]] virtual std::string refusal() const = 0;
 };
 
 }  // namespace tonvane

@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "elementary/AngleReduction.h"
 #include "elementary/DoubleDouble.h"
@@ -12,9 +11,6 @@
 namespace tonvane::elementary {
 
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 // Below this, sine, tangent and arc tangent are their argument.
 constexpr double smallAngle = 0x1p-27;

@@ -5,7 +5,12 @@
 // machine.
 #pragma once
 
+#include <limits>
+
 namespace tonvane::elementary {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 // |lo| is at most half a unit in the last place of hi.
 struct DoubleDouble {

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <limits>
 
+#include "elementary/DoubleDouble.h"
+
 namespace tonvane::elementary {
 
 std::complex<double> UnitPhasor(double radians) {
@@ -38,7 +40,6 @@ std::complex<double> Quotient(std::complex<double> dividend, std::complex<double
     const double c = divisor.real();
     const double d = divisor.imag();
     if ((c == 0.0 && d == 0.0) || !std::isfinite(c) || !std::isfinite(d)) {
-        constexpr double nan = std::numeric_limits<double>::quiet_NaN();
         return {nan, nan};
     }
     if (std::fabs(c) >= std::fabs(d)) {

@@ -16,9 +16,6 @@ namespace tonvane::elementary {
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
 constexpr int32_t powerSteps = 64;
 constexpr int32_t logSteps = 128;
 constexpr int32_t firstLogStep = 90;  // of 128: numbers from about 0.707 to 1.414

@@ -1,9 +1,8 @@
 #include "files/AddressConfig.h"
 
-#include <algorithm>
-
-#include "files/FileAccess.h"
-#include "files/TextScanner.h"
+#include "platform/FileAccess.h"
+#include "text/Ascii.h"
+#include "text/TextScanner.h"
 
 namespace tonvane {
 
@@ -12,10 +11,6 @@ namespace {
 bool isLetter(int c) {
     const int lower = c | 0x20;
     return lower >= 'a' && lower <= 'z';
-}
-
-char lowerCase(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 // One attempt at the present position; what was read stays consumed.
@@ -27,8 +22,7 @@ bool findKey(TextScanner& scanner, std::string_view key) {
     if (c < 0) {
         return false;
     }
-    const std::string_view rest = scanner.lineFragment(key.size() - 1);
-    if (!std::ranges::equal(rest, key.substr(1), {}, lowerCase)) {
+    if (!IsSameWord(scanner.lineFragment(key.size() - 1), key.substr(1))) {
         return false;
     }
     while (c >= 0 && c != '=') {

@@ -5,8 +5,8 @@
 #include <numeric>
 
 #include "elementary/Elementary.h"
-#include "files/FileAccess.h"
-#include "files/TextScanner.h"
+#include "platform/FileAccess.h"
+#include "text/TextScanner.h"
 
 namespace tonvane {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "files/FileAccess.h"
-#include "files/LineEnds.h"
 #include "files/ProfileText.h"
+#include "platform/FileAccess.h"
+#include "platform/System.h"
 
 namespace tonvane {
 
@@ -13,7 +13,6 @@ namespace {
 constexpr const char* globalSection = "Global";
 constexpr const char* curveKey = "TargetCurveIndex";
 constexpr const char* gainKey = "EqAttn";
-constexpr int32_t defaultGainIndex = 6;
 
 std::string curveSection(int32_t curve) {
     return "TargetCurveTop" + std::to_string(curve);
@@ -31,7 +30,8 @@ DesignParameters LoadDesignParameterFile(const std::string& path,
     DesignParameters parameters;
     parameters.targetCurveIndex =
         std::clamp(profile.integer(globalSection, curveKey, 0), 0, curveCount - 1);
-    parameters.gainIndex = profile.integer(globalSection, gainKey, defaultGainIndex);
+    parameters.gainIndex =
+        profile.integer(globalSection, gainKey, DesignParameters::defaultGainIndex);
     for (int32_t c = 0; c < curveCount; ++c) {
         const std::string section = curveSection(c);
         for (size_t i = 0; i < defaultCurve.points.size(); ++i) {

@@ -13,8 +13,10 @@ namespace tonvane {
 constexpr int32_t curveCount = 10;
 
 struct DesignParameters {
-    int32_t targetCurveIndex = 0;  // 0 to 9
-    int32_t gainIndex = 6;         // minus the gain clamp in dB; 0 to 12, but not checked
+    static constexpr int32_t defaultGainIndex = 6;
+
+    int32_t targetCurveIndex = 0;          // 0 to 9
+    int32_t gainIndex = defaultGainIndex;  // minus the gain clamp in dB; 0 to 12, but not checked
     std::array<TargetRecord, curveCount> curves{};
 };
 

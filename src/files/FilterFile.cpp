@@ -1,14 +1,15 @@
 #include "files/FilterFile.h"
 
-#include <cstdio>
 #include <optional>
 #include <vector>
 
+#include <fmt/core.h>
+
 #include "amplifier/FixedPoint.h"
-#include "amplifier/RegisterText.h"
-#include "files/FileAccess.h"
 #include "files/InputError.h"
-#include "files/TextScanner.h"
+#include "text/Ascii.h"
+#include "text/TextScanner.h"
+#include "text/WholeNumbers.h"
 
 namespace tonvane {
 
@@ -18,35 +19,17 @@ constexpr uint32_t continuation = 0xFF;  // in the place of an address
 constexpr size_t bytesPerWord = 4;
 constexpr size_t bytesPerRecord = bytesPerWord * wordsPerBiquad;
 
-std::string hexadecimal(uint32_t value) {
-    char text[16];
-    std::snprintf(text, sizeof text, "%02X", value);
-    return text;
-}
-
 std::string bytesOf(int32_t word) {
     const auto bits = static_cast<uint32_t>(word);
     std::string text;
     for (int shift = 24; shift >= 0; shift -= 8) {
-        text += " " + hexadecimal(bits >> shift & 0xFFU);
+        text += fmt::format(" {:02X}", bits >> shift & 0xFFU);
     }
     return text;
 }
 
-std::vector<std::string_view> fieldsOf(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r";
-    std::vector<std::string_view> fields;
-    for (size_t start = line.find_first_not_of(blanks); start != std::string_view::npos;) {
-        const size_t end = std::min(line.find_first_of(blanks, start), line.size());
-        fields.push_back(line.substr(start, end - start));
-        start = line.find_first_not_of(blanks, end);
-    }
-    return fields;
-}
-
 std::optional<uint32_t> addressOf(std::string_view field) {
-    const bool prefixed = field.starts_with("0x") || field.starts_with("0X");
-    return prefixed ? ParseHexDigits(field.substr(2), 7) : std::nullopt;
+    return TakeHexPrefix(field) ? ParseHexDigits(field, 7) : std::nullopt;
 }
 
 // The word of four fields of a byte each.
@@ -66,10 +49,10 @@ std::optional<int32_t> wordOf(std::span<const std::string_view> fields) {
 
 std::string FormatFilterFile(std::span<const int32_t> words, const RegisterAddressConfig& config) {
     const std::string separator =
-        config.outputFormat == 4 ? "\n0x" + hexadecimal(continuation) : "";
+        config.outputFormat == 4 ? fmt::format("\n0x{:02X}", continuation) : "";
     std::string text;
     for (size_t section = 0; section < config.addresses.size(); ++section) {
-        text += "0x" + hexadecimal(static_cast<uint32_t>(config.addresses[section]));
+        text += fmt::format("0x{:02X}", static_cast<uint32_t>(config.addresses[section]));
         const auto record = words.subspan(section * wordsPerBiquad, wordsPerBiquad);
         text += bytesOf(record[0]);
         for (const int32_t word : record.subspan(1)) {
@@ -81,17 +64,14 @@ std::string FormatFilterFile(std::span<const int32_t> words, const RegisterAddre
 }
 
 std::array<FilterRecord, 7> ReadCheckedFilterFile(const std::string& path) {
-    const auto text = ReadTextFile(path);
-    if (!text) {
-        throw InputError(path, "cannot be opened");
-    }
+    const std::string text = ReadInputText(path);
     std::array<FilterRecord, 7> records{};
     constexpr size_t allWords = records.size() * wordsPerBiquad;
     size_t words = 0;  // read so far
     int line = 0;
-    for (TextScanner scanner(*text); !scanner.atEnd();) {
+    for (TextScanner scanner(text); !scanner.atEnd();) {
         ++line;
-        const auto fields = fieldsOf(scanner.restOfLine());
+        const auto fields = SplitAtBlanks(scanner.restOfLine(), " \t\r");
         if (fields.empty()) {
             continue;
         }

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <cstdio>
 
-#include "files/FileAccess.h"
+#include <fmt/core.h>
+
 #include "files/InputError.h"
 #include "files/RateRange.h"
+#include "text/LittleEndian.h"
 
 namespace tonvane {
 
@@ -53,12 +54,8 @@ void checkSamples(const std::string& path, std::span<const double> samples) {
 }
 
 std::string shareText(double share) {
-    if (share <= 0.0) {
-        return "nothing";
-    }
-    char text[40];
-    std::snprintf(text, sizeof text, "%.1f dB of its energy", 10.0 * std::log10(share));
-    return text;
+    return share <= 0.0 ? "nothing"
+                        : fmt::format("{:.1f} dB of its energy", 10.0 * std::log10(share));
 }
 
 }  // namespace
@@ -108,22 +105,16 @@ std::vector<double> FitImpulse(const std::string& path, std::vector<double> samp
 }
 
 std::vector<double> ReadRawSamples(const std::string& path) {
-    const auto bytes = ReadBinaryFile(path, longestRaw + 1);
-    if (!bytes) {
-        throw InputError(path, "cannot be opened");
-    }
-    if (bytes->empty() || bytes->size() > longestRaw || bytes->size() % bytesPerValue != 0) {
+    const std::string bytes = ReadInputBytes(path, longestRaw + 1);
+    if (bytes.empty() || bytes.size() > longestRaw || bytes.size() % bytesPerValue != 0) {
         throw InputError(path, "expected float32 samples, four bytes each, up to 64 MB; found " +
-                                   std::to_string(bytes->size()) + " bytes" +
-                                   (bytes->size() > longestRaw ? " and more" : ""));
+                                   std::to_string(bytes.size()) + " bytes" +
+                                   (bytes.size() > longestRaw ? " and more" : ""));
     }
-    std::vector<double> samples(bytes->size() / bytesPerValue);
+    std::vector<double> samples(bytes.size() / bytesPerValue);
     for (size_t i = 0; i < samples.size(); ++i) {
-        uint32_t bits = 0;
-        for (size_t byte = bytesPerValue; byte-- > 0;) {
-            bits = bits << 8U | static_cast<unsigned char>((*bytes)[i * bytesPerValue + byte]);
-        }
-        samples[i] = std::bit_cast<float>(bits);
+        const auto value = std::string_view(bytes).substr(i * bytesPerValue, bytesPerValue);
+        samples[i] = std::bit_cast<float>(LoadLittleEndian<uint32_t>(value));
     }
     return samples;
 }
@@ -132,10 +123,7 @@ std::string FormatRawSamples(std::span<const double> samples) {
     std::string bytes;
     bytes.reserve(samples.size() * bytesPerValue);
     for (const double sample : samples) {
-        const auto bits = std::bit_cast<uint32_t>(static_cast<float>(sample));
-        for (unsigned shift = 0; shift < 32; shift += 8) {
-            bytes.push_back(static_cast<char>(bits >> shift & 0xFFU));
-        }
+        AppendLittleEndian(bytes, std::bit_cast<uint32_t>(static_cast<float>(sample)));
     }
     return bytes;
 }

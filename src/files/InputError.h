@@ -13,4 +13,9 @@ class InputError : public std::runtime_error {
     InputError(const std::string& file, int line, const std::string& complaint);
 };
 
+// The contents of a file that a person has named, as ReadTextFile and ReadBinaryFile give them;
+// throws InputError where they give none.
+std::string ReadInputText(const std::string& path);
+std::string ReadInputBytes(const std::string& path, size_t most);
+
 }  // namespace tonvane

@@ -2,19 +2,20 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <vector>
 
-#include "files/FileAccess.h"
+#include <fmt/core.h>
+
 #include "files/InputError.h"
 #include "files/TableReading.h"
 #include "files/TableText.h"
+#include "platform/FileAccess.h"
+#include "text/Ascii.h"
 
 namespace tonvane {
 
 namespace {
 
-constexpr std::string_view blanks = " \t";
 constexpr std::array separatorNames{"tabs", "semicolons", "commas", "blanks"};
 
 // The lines of a file by what they are.
@@ -24,17 +25,13 @@ struct Sheet {
     int comments = 0;
 };
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool beginsLikeNumber(std::string_view text) {
     for (const std::string_view marks : {"\"", "+-", "."}) {
         if (!text.empty() && marks.find(text[0]) != std::string_view::npos) {
             text.remove_prefix(1);
         }
     }
-    return !text.empty() && isDigit(text[0]);
+    return !text.empty() && IsDigit(text[0]);
 }
 
 bool isComment(std::string_view text) {
@@ -43,9 +40,7 @@ bool isComment(std::string_view text) {
 }
 
 std::string hertzText(double hertz) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.6g Hz", hertz);
-    return text;
+    return fmt::format("{:.6g} Hz", hertz);
 }
 
 std::string counted(size_t count, const std::string& thing) {
@@ -73,7 +68,7 @@ Sheet sortLines(const std::string& path, const std::vector<TableLine>& lines, In
         if (std::ranges::any_of(line.text, [](char c) { return c == '\0'; })) {
             throw InputError(path, line.number, "expected text, found a zero byte");
         }
-        const TableLine body{line.number, line.text.substr(line.text.find_first_not_of(blanks))};
+        const TableLine body{line.number, line.text.substr(line.text.find_first_not_of(" \t"))};
         const bool likeNumber = beginsLikeNumber(body.text);
         if (isComment(body.text)) {
             ++sheet.comments;
@@ -100,11 +95,8 @@ bool namesKilohertz(const Sheet& sheet) {
     if (sheet.header.empty()) {
         return false;
     }
-    std::string name(sheet.header.back().text);
-    std::ranges::transform(name, name.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return name.find("khz") != std::string::npos && std::ranges::none_of(name, isDigit);
+    const std::string name = LowerCase(std::string(sheet.header.back().text));
+    return name.find("khz") != std::string::npos && std::ranges::none_of(name, IsDigit);
 }
 
 // The rows, each with no more columns than the first one has.
@@ -240,15 +232,12 @@ void ParseLevelTable(const std::string& path, const std::string& bytes, CsvTable
 }
 
 void ReadLevelTable(const std::string& path, CsvTable& table, InputNotes& notes) {
-    const auto bytes = ReadBinaryFile(path, longestText + 1);
-    if (!bytes) {
-        throw InputError(path, "cannot be opened");
-    }
-    if (bytes->size() > longestText) {
+    const std::string bytes = ReadInputBytes(path, longestText + 1);
+    if (bytes.size() > longestText) {
         throw InputError(path,
                          "expected a table of at most " + std::to_string(longestText) + " bytes");
     }
-    ParseLevelTable(path, *bytes, table, notes);
+    ParseLevelTable(path, bytes, table, notes);
 }
 
 void FitTableToRate(const std::string& path, CsvTable& table, int32_t sampleRate,

@@ -1,28 +1,14 @@
 #include "files/ProfileText.h"
 
-#include <algorithm>
-
-#include "files/TextScanner.h"
+#include "text/Ascii.h"
+#include "text/TextScanner.h"
 
 namespace tonvane {
 
 namespace {
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r";
-    const size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool sameName(std::string_view a, std::string_view b) {
-    return std::ranges::equal(a, b, {}, lower, lower);
+    return Trim(text, " \t\r");
 }
 
 // The name between brackets; nothing for a line that is no section's head.
@@ -51,13 +37,13 @@ ProfileText::Place ProfileText::find(std::string_view section, std::string_view 
             if (place.hasSection) {
                 break;  // only the first section of a name counts
             }
-            place.hasSection = sameName(*name, section);
+            place.hasSection = IsSameWord(*name, section);
             place.sectionEnd = place.hasSection ? i + 1 : lines_.size();
         } else if (place.hasSection && !trimmed(line).empty()) {
             place.sectionEnd = i + 1;
             const size_t equals = line.find('=');
             if (equals != std::string_view::npos &&
-                sameName(trimmed(line.substr(0, equals)), key)) {
+                IsSameWord(trimmed(line.substr(0, equals)), key)) {
                 place.key = i;
                 break;
             }

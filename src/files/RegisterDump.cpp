@@ -1,7 +1,8 @@
 #include "files/RegisterDump.h"
 
-#include <cstdio>
 #include <vector>
+
+#include <fmt/core.h>
 
 #include "amplifier/RegisterTable.h"
 #include "amplifier/RegisterText.h"
@@ -15,9 +16,7 @@ std::string FormatRegisterDump(const RegisterReader& read) {
         if (!contents.empty()) {
             read(reg, contents);
         }
-        char number[8];
-        std::snprintf(number, sizeof number, "%02X\t", static_cast<unsigned>(reg));
-        text += number + HexGroups(contents) + "\n";
+        text += fmt::format("{:02X}\t{}\n", reg, HexGroups(contents));
     }
     return text;
 }

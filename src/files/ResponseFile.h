@@ -10,15 +10,21 @@
 #include <string>
 #include <vector>
 
+#include "design/DesignGrid.h"
+
 namespace tonvane {
 
-constexpr int32_t responseFileSamples = 32768;
+constexpr int32_t responseFileSamples = responseLength;
 constexpr size_t responseFileBytes =
     sizeof(int32_t) + static_cast<size_t>(responseFileSamples) * sizeof(double);
 
 // False if the file cannot be opened, with nothing changed. A short file gives what it holds: the
 // rate and the samples behind its end stay as they were. `samples` has 32768 elements.
 bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> samples);
+
+// The path in lower case if such a file (not a folder) exists, otherwise the path as it is:
+// programs of systems without case in their file names hand over lower-case paths.
+std::string FindLowerCasePath(const std::string& path);
 
 // The bytes of a speaker response file with these 32768 samples.
 std::string FormatResponseFile(int32_t rate, std::span<const double> samples);

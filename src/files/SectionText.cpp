@@ -3,9 +3,6 @@
 #include <array>
 #include <charconv>
 
-#include "amplifier/BiquadWords.h"
-#include "amplifier/FixedPoint.h"
-
 namespace tonvane {
 
 namespace {
@@ -20,17 +17,6 @@ std::string commentLines(std::span<const std::string> remarks) {
 
 }  // namespace
 
-std::vector<SectionCoefficients> DecodeSections(std::span<const int32_t> words) {
-    std::vector<SectionCoefficients> sections;
-    sections.reserve(words.size() / wordsPerBiquad);
-    for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
-        sections.push_back({FromCoefWord(words[at]), FromCoefWord(words[at + 1]),
-                            FromCoefWord(words[at + 2]), 0.0 - FromCoefWord(words[at + 3]),
-                            0.0 - FromCoefWord(words[at + 4])});
-    }
-    return sections;
-}
-
 std::string DecimalText(double value) {
     std::array<char, 400> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
@@ -39,7 +25,7 @@ std::string DecimalText(double value) {
     return text.find('.') == std::string::npos ? text + ".0" : text;
 }
 
-std::string FormatEqualizerApo(std::span<const SectionCoefficients> sections,
+std::string FormatEqualizerApo(std::span<const Biquad> sections,
                                std::span<const std::string> remarks) {
     std::string text = commentLines(remarks);
     for (const auto& [b0, b1, b2, a1, a2] : sections) {
@@ -52,7 +38,7 @@ std::string FormatEqualizerApo(std::span<const SectionCoefficients> sections,
     return text;
 }
 
-std::string FormatCamillaDsp(std::span<const SectionCoefficients> sections,
+std::string FormatCamillaDsp(std::span<const Biquad> sections,
                              std::span<const std::string> remarks) {
     std::string filters = "filters:\n";
     std::string pipeline = "pipeline:\n  - type: Filter\n    channels: [0]\n    names:\n";
@@ -69,7 +55,7 @@ std::string FormatCamillaDsp(std::span<const SectionCoefficients> sections,
     return commentLines(remarks) + filters + pipeline;
 }
 
-std::string FormatMiniDsp(std::span<const SectionCoefficients> sections) {
+std::string FormatMiniDsp(std::span<const Biquad> sections) {
     std::string text;
     int number = 0;
     for (const auto& [b0, b1, b2, a1, a2] : sections) {
@@ -83,7 +69,7 @@ std::string FormatMiniDsp(std::span<const SectionCoefficients> sections) {
     return text + "\n";
 }
 
-std::string FormatSectionCsv(std::span<const SectionCoefficients> sections) {
+std::string FormatSectionCsv(std::span<const Biquad> sections) {
     std::string text = "section,b0,b1,b2,a1,a2\n";
     int number = 0;
     for (const auto& [b0, b1, b2, a1, a2] : sections) {

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "files/TextScanner.h"
+#include "text/Ascii.h"
+#include "text/TextScanner.h"
 
 namespace tonvane {
 
@@ -11,21 +12,10 @@ namespace {
 
 constexpr std::string_view blanks = " \t";
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-std::string_view trimmed(std::string_view text) {
-    const size_t begin = std::min(text.find_first_not_of(blanks), text.size());
-    const size_t end = text.find_last_not_of(blanks);
-    return end == std::string_view::npos ? text.substr(text.size())
-                                         : text.substr(begin, end + 1 - begin);
-}
-
 std::string_view unquoted(std::string_view field) {
-    field = trimmed(field);
+    field = Trim(field, blanks);
     const bool quoted = field.size() >= 2 && field.starts_with('"') && field.ends_with('"');
-    return quoted ? trimmed(field.substr(1, field.size() - 2)) : field;
+    return quoted ? Trim(field.substr(1, field.size() - 2), blanks) : field;
 }
 
 // The end of the field that starts at `start`.
@@ -38,20 +28,9 @@ size_t endOfField(std::string_view line, size_t start, char mark) {
     return end;
 }
 
-std::vector<std::string_view> splitAtBlanks(std::string_view line) {
-    std::vector<std::string_view> fields;
-    size_t start = line.find_first_not_of(blanks);
-    while (start != std::string_view::npos) {
-        const size_t end = std::min(line.find_first_of(blanks, start), line.size());
-        fields.push_back(unquoted(line.substr(start, end - start)));
-        start = line.find_first_not_of(blanks, end);
-    }
-    return fields;
-}
-
 // Consumes digits; how many there were. They go to `number`.
 size_t takeDigits(std::string_view& rest, std::string& number) {
-    const auto other = std::ranges::find_if_not(rest, isDigit);
+    const auto other = std::ranges::find_if_not(rest, IsDigit);
     const auto count = static_cast<size_t>(other - rest.begin());
     number += rest.substr(0, count);
     rest.remove_prefix(count);
@@ -68,8 +47,8 @@ size_t takeWholePart(std::string_view& rest, char groupMark, std::string& number
     }
     const auto groupFollows = [&] {
         return rest.size() >= 4 && rest[0] == groupMark &&
-               std::all_of(rest.begin() + 1, rest.begin() + 4, isDigit) &&
-               (rest.size() == 4 || !isDigit(rest[4]));
+               std::all_of(rest.begin() + 1, rest.begin() + 4, IsDigit) &&
+               (rest.size() == 4 || !IsDigit(rest[4]));
     };
     while (groupFollows()) {
         rest.remove_prefix(1);
@@ -115,12 +94,13 @@ std::vector<TableLine> SplitLines(std::string_view text) {
 std::vector<std::string_view> SplitFields(std::string_view line, Separator separator) {
     std::vector<std::string_view> fields;
     if (separator == Separator::blanks) {
-        fields = splitAtBlanks(line);
+        fields = SplitAtBlanks(line, blanks);
+        std::ranges::transform(fields, fields.begin(), unquoted);
     } else {
         const char mark = separator == Separator::tab         ? '\t'
                           : separator == Separator::semicolon ? ';'
                                                               : ',';
-        line = trimmed(line);
+        line = Trim(line, blanks);
         for (size_t start = 0; start <= line.size();) {
             const size_t end = endOfField(line, start, mark);
             fields.push_back(unquoted(line.substr(start, end - start)));

@@ -4,9 +4,9 @@
 #include <array>
 #include <cstdlib>
 
-#include "files/FileAccess.h"
 #include "files/InputError.h"
-#include "files/TextScanner.h"
+#include "platform/FileAccess.h"
+#include "text/TextScanner.h"
 
 namespace tonvane {
 
@@ -28,8 +28,8 @@ int32_t readKind(TextScanner& scanner) {
     return match == kindWords.end() ? -1 : static_cast<int32_t>(match - kindWords.begin());
 }
 
-// "frequency,level", blanks allowed in front of each number. Nothing is stored unless both are
-// there.
+// "frequency,level", blanks allowed in front of each number; whether both were there. A frequency
+// without a level is stored alone.
 bool readKnot(TextScanner& scanner, CurvePoint& knot) {
     const auto frequency = scanner.integer();
     if (!frequency) {
@@ -64,11 +64,8 @@ TargetFileStatus LoadTargetFile(const std::string& path, TargetSettings& setting
 }
 
 TargetSettings ReadCheckedTargetFile(const std::string& path) {
-    const auto text = ReadTextFile(path);
-    if (!text) {
-        throw InputError(path, "cannot be opened");
-    }
-    TextScanner scanner(*text);
+    const std::string text = ReadInputText(path);
+    TextScanner scanner(text);
     TargetSettings settings;
     const std::string_view word = scanner.restOfLine();
     const auto match =

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
+
+#include <fmt/core.h>
 
 #include "elementary/Elementary.h"
 
@@ -33,14 +34,6 @@ int32_t decadeOf(double x) {
 
 int32_t floorDivide(int32_t a, int32_t b) {
     return a >= 0 ? a / b : -((b - 1 - a) / b);
-}
-
-// Independent of the locale.
-std::string fixed(double value, int decimals) {
-    std::array<char, 400> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
-                                   std::chars_format::fixed, decimals);
-    return {text.data(), end.ptr};
 }
 
 }  // namespace
@@ -132,7 +125,8 @@ std::string CGraphAxis::FormatLabel(double value) const {
     const int32_t limited = std::clamp(decade, -16, 13);
     const int32_t prefix = floorDivide(limited + 1, 3);
     const int decimals = limited - 3 * prefix == 1 ? 1 : 2;
-    return fixed(value / PowerOfTen(3 * prefix), decimals) + prefixes[prefix + noPrefix];
+    return fmt::format("{:.{}f}{}", value / PowerOfTen(3 * prefix), decimals,
+                       prefixes[prefix + noPrefix]);
 }
 
 }  // namespace tonvane

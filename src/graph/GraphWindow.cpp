@@ -15,8 +15,8 @@ constexpr int32_t frequencyLabelBelow = 4;
 constexpr int32_t levelLabelLeft = 4;
 constexpr int32_t levelLabelBelow = 8;
 constexpr double tickTolerance = 1e-9;  // of a decade
-constexpr int32_t mostTicks = 10000;
-constexpr size_t mostColumnSets = 8;
+constexpr int32_t maxTicks = 10000;
+constexpr size_t maxColumnSets = 8;
 
 // The digits of a decade that have a label.
 bool isLabelled(int32_t digit) {
@@ -87,7 +87,7 @@ void CGraphWindow::drawLogTicks() {
         return;
     }
     double base = PowerOfTen(elementary::TruncateToInt(decade));
-    for (int32_t count = 0; count < mostTicks; ++count) {
+    for (int32_t count = 0; count < maxTicks; ++count) {
         const double value = digit * base;
         const double position = elementary::Log10(value);
         if (position > xAxis.tickHigh + tickTolerance) {
@@ -103,7 +103,7 @@ void CGraphWindow::drawLinearTicks(const CGraphAxis& axis, bool upright) {
     if (!(axis.tickStep > 0.0)) {
         return;
     }
-    for (int32_t count = 0; count < mostTicks; ++count) {
+    for (int32_t count = 0; count < maxTicks; ++count) {
         const double value = axis.tickLow + count * axis.tickStep;
         if (!(value <= axis.tickHigh + 0.5 * axis.tickStep)) {
             return;
@@ -160,7 +160,7 @@ std::span<const int32_t> CGraphWindow::columns(size_t count, double first, doubl
             return std::span(kept.pixels).first(count);
         }
     }
-    if (columns_.size() == mostColumnSets) {
+    if (columns_.size() == maxColumnSets) {
         columns_.clear();
     }
     Columns made{first, step, xAxis, std::vector<int32_t>(count)};

@@ -14,11 +14,11 @@ namespace tonvane {
 // threads.
 class CAmpLink {
   public:
-    static constexpr uint16_t usualPort = 20000;
+    static constexpr uint16_t defaultPort = 20000;
 
     // `socket` is where the handle of the link's socket is kept, -1 while there is none; it is
     // set to -1 here and outlives the link.
-    explicit CAmpLink(std::intptr_t& socket, uint16_t port = usualPort,
+    explicit CAmpLink(std::intptr_t& socket, uint16_t port = defaultPort,
                       std::unique_ptr<LinkTransport> transport = std::make_unique<TcpTransport>());
     ~CAmpLink() { Term(); }
     CAmpLink(const CAmpLink&) = delete;

@@ -8,8 +8,9 @@
 
 #include <sndfile.h>
 
-#include "files/FileAccess.h"
 #include "files/InputError.h"
+#include "platform/FileAccess.h"
+#include "text/LittleEndian.h"
 
 namespace tonvane {
 
@@ -56,10 +57,7 @@ void noteMissingEnd(const std::string& path, InputNotes& notes) {
     if (!head || head->size() < headBytes || !head->starts_with("RIFF")) {
         return;
     }
-    uint64_t told = headBytes;
-    for (size_t i = 0; i < 4; ++i) {
-        told += static_cast<uint64_t>(static_cast<unsigned char>((*head)[4 + i])) << 8 * i;
-    }
+    const uint64_t told = headBytes + LoadLittleEndian<uint32_t>(std::string_view(*head).substr(4));
     std::error_code error;
     const auto size = std::filesystem::file_size(path, error);
     // Programs that cannot go back to their header leave a size of 0 or the largest there.

@@ -54,7 +54,6 @@ class CInputWaveFileStream : public CDspStream {
 
   private:
     void seek(int32_t frame);
-    [[nodiscard]] int32_t framesLeft();
     void clearPosition();
 
     StreamStatus& status_;

@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "stream/ThreadPriority.h"
+#include "platform/Threads.h"
 
 namespace tonvane {
 

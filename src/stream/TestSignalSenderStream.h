@@ -6,11 +6,12 @@
 #include "signal/MeasurementConfig.h"
 #include "stream/DspStream.h"
 #include "stream/StreamNotify.h"
+#include "transform/ResponseShape.h"
 
 namespace tonvane {
 
 // Frames of a block of both test signal stages: one period of the signal.
-constexpr int32_t testBlockFrames = 32768;
+constexpr int32_t testBlockFrames = responseLength;
 
 // Blocks of silence behind the periods of a channel.
 constexpr int32_t testPauseBlocks = 3;

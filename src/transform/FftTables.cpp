@@ -9,33 +9,33 @@ namespace {
 
 constexpr double twoPi = 6.283185307179586;
 
-FftTables tables;
+FftTables sharedTables;
 
 }  // namespace
 
 void InitFftTables(int32_t maxLength) {
-    tables.maxLength = maxLength;
+    sharedTables.maxLength = maxLength;
 
     const int32_t quarter = maxLength / 4;
-    tables.sineTable.resize(quarter + 1);
+    sharedTables.sineTable.resize(quarter + 1);
     for (int32_t i = 0; i <= quarter; ++i) {
-        tables.sineTable[i] = elementary::SinCos(i * twoPi / maxLength).sine;
+        sharedTables.sineTable[i] = elementary::SinCos(i * twoPi / maxLength).sine;
     }
 
-    tables.twiddleTable.resize(maxLength / 2);
+    sharedTables.twiddleTable.resize(maxLength / 2);
     BitReversedCounter counter(quarter);
-    for (auto& twiddle : tables.twiddleTable) {
+    for (auto& twiddle : sharedTables.twiddleTable) {
         twiddle = elementary::UnitPhasor(-(counter.value() * twoPi / maxLength));
         counter.increment();
     }
 }
 
 void FreeFftTables() {
-    tables = FftTables();
+    sharedTables = FftTables();
 }
 
 const FftTables& CurrentFftTables() {
-    return tables;
+    return sharedTables;
 }
 
 }  // namespace tonvane

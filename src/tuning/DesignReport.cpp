@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
-#include "amplifier/BiquadWords.h"
+#include <fmt/core.h>
+
 #include "amplifier/FixedPoint.h"
 #include "design/CascadeResponse.h"
 #include "design/TargetShaping.h"
@@ -32,30 +32,14 @@ double onDesignGrid(const DesignCurve& curve, double hertz, int32_t sampleRate) 
     return (1.0 - t) * curve[i] + t * curve[i + 1];
 }
 
-std::string format(const char* form, double value) {
-    char text[160];
-    std::snprintf(text, sizeof text, form, value);
-    return text;
-}
-
 void addSections(const IirFitter& fitter, DesignReport& report) {
-    for (int32_t k = 0; k < fitter.sectionCount; ++k) {
-        const double* b = &fitter.numeratorSections[3 * k];
-        const double* a = &fitter.denominatorSections[3 * k];
-        DesignReport::Section section{fitter.sectionGain * b[0],
-                                      fitter.sectionGain * b[1],
-                                      fitter.sectionGain * b[2],
-                                      a[1],
-                                      a[2],
-                                      {}};
-        std::copy_n(fitter.coefficientWords.begin() + wordsPerBiquad * k, wordsPerBiquad,
-                    section.words.begin());
-        for (const double coefficient :
-             {section.b0, section.b1, section.b2, -section.a1, -section.a2}) {
+    report.sections = fitter.sections;
+    report.words = fitter.coefficientWords;
+    for (const auto& [b0, b1, b2, a1, a2] : report.sections) {
+        for (const double coefficient : {b0, b1, b2, -a1, -a2}) {
             report.isFinite = report.isFinite && std::isfinite(coefficient);
             report.wrappedCoefficients += FitsCoefWord(coefficient) ? 0 : 1;
         }
-        report.sections.push_back(section);
     }
 }
 
@@ -79,8 +63,7 @@ void addCurves(const TuningRun& run, const ProgramValues& values, DesignReport& 
     for (double& value : curves.fir) {
         value -= report.gainClampDb;
     }
-    curves.filter =
-        CascadeResponseDb(run.iirFitter.coefficientWords, curves.frequency, run.designRate);
+    curves.filter = CascadeResponseDb(report.words, curves.frequency, run.designRate);
 }
 
 void compareFit(DesignReport& report) {
@@ -98,18 +81,10 @@ void compareFit(DesignReport& report) {
     report.isFinite = report.isFinite && std::isfinite(report.fitRmsDb);
 }
 
-// The designed sections before their rounding to words, dB.
-std::vector<double> designedResponseDb(const DesignReport& report) {
-    std::vector<BiquadSection> sections;
-    sections.reserve(report.sections.size());
-    for (const DesignReport::Section& section : report.sections) {
-        sections.push_back({{section.b0, section.b1, section.b2}, {1.0, section.a1, section.a2}});
-    }
-    return CascadeResponseDb(sections, report.curves.frequency, report.sampleRate);
-}
-
+// The designed sections against their words.
 void compareWords(DesignReport& report) {
-    const std::vector<double> designed = designedResponseDb(report);
+    const std::vector<double> designed =
+        CascadeResponseDb(report.sections, report.curves.frequency, report.sampleRate);
     double squares = 0.0;
     for (size_t i = 0; i < designed.size(); ++i) {
         const double difference = report.curves.filter[i] - designed[i];
@@ -162,16 +137,17 @@ void addWarnings(const EqDesigner& designer, DesignReport& report) {
         warnings.emplace_back("The design did not give numbers; do not use the filter.");
     }
     if (!(report.largestPoleRadius < 1.0)) {
-        warnings.push_back(format("The filter is unstable: its largest pole has radius %.6f.",
-                                  report.largestPoleRadius));
+        warnings.push_back(
+            fmt::format("The filter is unstable: its largest pole has radius {:.6f}.",
+                        report.largestPoleRadius));
     }
     if (report.wrappedCoefficients > 0) {
-        warnings.push_back(format("%.0f coefficients lie outside -4 to 4 and have wrapped.",
-                                  report.wrappedCoefficients));
+        warnings.push_back(fmt::format("{} coefficients lie outside -4 to 4 and have wrapped.",
+                                       report.wrappedCoefficients));
     }
     if (report.fitRmsDb > poorFitDb) {
         warnings.push_back(
-            format("The biquads follow the FIR badly, by %.2f dB RMS.", report.fitRmsDb));
+            fmt::format("The biquads follow the FIR badly, by {:.2f} dB RMS.", report.fitRmsDb));
     }
     if (passbandLevelDb(designer) < weakPassbandDb) {
         warnings.emplace_back("The response has almost nothing inside the pass-band.");
@@ -205,11 +181,11 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     report.loudnessRatioDb = 2.0 * powerDb(designer.loudnessRatio);
     report.fitDistance = run.iirFitter.bestDistance;
     report.fitPass = run.iirFitter.bestPass + 1;
-    report.largestPoleRadius = LargestPoleRadius(run.iirFitter.coefficientWords);
-    report.poleRadii = PoleRadii(run.iirFitter.coefficientWords);
-    report.highestGain = HighestGainOf(run.iirFitter.coefficientWords, run.designRate);
     report.isFinite = report.fitPass > 0;
     addSections(run.iirFitter, report);
+    report.poleRadii = PoleRadii(report.words);
+    report.largestPoleRadius = LargestPoleRadius(report.words);
+    report.highestGain = HighestGainOf(report.words, run.designRate);
     addCurves(run, values, report);
     compareFit(report);
     compareWords(report);
@@ -223,9 +199,7 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
 std::string SummaryText(const DesignReport& report) {
     std::string text;
     const auto line = [&](const char* name, const std::string& value) {
-        char head[40];
-        std::snprintf(head, sizeof head, "  %-18s ", name);
-        text += head + value + "\n";
+        text += fmt::format("  {:18} {}\n", name, value);
     };
     line("sample rate", std::to_string(report.sampleRate) + " Hz");
     if (report.hasTimeSignal) {
@@ -235,17 +209,16 @@ std::string SummaryText(const DesignReport& report) {
     } else {
         line("delay, polarity", "unknown (the response is a table of levels)");
     }
-    line("loudness", format("%.1f dB", report.loudnessDb));
-    line("gain clamp", format("%.0f dB", report.gainClampDb));
-    line("equalized", format("%+.2f dB against the raw response", report.loudnessRatioDb));
-    line("off the target", format("%.1f dB RMS as measured", report.deviationBeforeDb) +
-                               format(", %.1f dB RMS equalized", report.deviationAfterDb));
-    line("biquads", format("%.2f dB RMS off the FIR", report.fitRmsDb) +
-                        format(", at most %.2f dB", report.fitLargestDb) +
-                        format(" (at %.0f Hz)", report.fitLargestHz) +
-                        format(", pass %.0f of 50", report.fitPass));
-    line("largest pole", format("%.5f", report.largestPoleRadius) +
-                             (report.largestPoleRadius < 1.0 ? " (stable)" : " (UNSTABLE)"));
+    line("loudness", fmt::format("{:.1f} dB", report.loudnessDb));
+    line("gain clamp", fmt::format("{:.0f} dB", report.gainClampDb));
+    line("equalized", fmt::format("{:+.2f} dB against the raw response", report.loudnessRatioDb));
+    line("off the target", fmt::format("{:.1f} dB RMS as measured, {:.1f} dB RMS equalized",
+                                       report.deviationBeforeDb, report.deviationAfterDb));
+    line("biquads",
+         fmt::format("{:.2f} dB RMS off the FIR, at most {:.2f} dB (at {:.0f} Hz), pass {} of 50",
+                     report.fitRmsDb, report.fitLargestDb, report.fitLargestHz, report.fitPass));
+    line("largest pole", fmt::format("{:.5f} ({})", report.largestPoleRadius,
+                                     report.largestPoleRadius < 1.0 ? "stable" : "UNSTABLE"));
     for (const std::string& warning : report.warnings) {
         text += "Warning: " + warning + "\n";
     }

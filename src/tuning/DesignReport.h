@@ -38,11 +38,8 @@ struct DesignReport {
     std::vector<double> poleRadii;    // of each section's words
     int32_t wrappedCoefficients = 0;  // beyond the 3.23 range
 
-    struct Section {
-        double b0, b1, b2, a1, a2;  // as designed, a0 = 1
-        std::array<int32_t, 5> words;
-    };
-    std::vector<Section> sections;
+    std::vector<Biquad> sections;  // as designed
+    std::vector<int32_t> words;    // as the amplifier takes them, five a section
 
     // On the comparison grid, dB. The level drop of the gain clamp is taken out, so that
     // response + filter is the equalized response and lies beside the target.

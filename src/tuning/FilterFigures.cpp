@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "amplifier/BiquadWords.h"
 #include "design/CascadeResponse.h"
 
 namespace tonvane {
@@ -34,15 +33,6 @@ HighestGain HighestGainOf(std::span<const int32_t> words, int32_t sampleRate) {
     const auto highest = std::ranges::max_element(levels);
     return {*highest, grid[static_cast<size_t>(highest - levels.begin())],
             static_cast<int32_t>(grid.size())};
-}
-
-std::vector<double> PoleRadii(std::span<const int32_t> words) {
-    std::vector<double> radii;
-    radii.reserve(words.size() / wordsPerBiquad);
-    for (size_t at = 0; at + wordsPerBiquad <= words.size(); at += wordsPerBiquad) {
-        radii.push_back(LargestPoleRadius(words.subspan(at, wordsPerBiquad)));
-    }
-    return radii;
 }
 
 }  // namespace tonvane

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace tonvane {
 
@@ -16,8 +15,5 @@ struct HighestGain {
 // The highest gain of the whole chain of sections, five words each, on 32769 evenly and 8192
 // geometrically spaced frequencies. What lies between them is not looked at.
 HighestGain HighestGainOf(std::span<const int32_t> words, int32_t sampleRate);
-
-// The radius of each section's outermost pole.
-std::vector<double> PoleRadii(std::span<const int32_t> words);
 
 }  // namespace tonvane

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "files/FileAccess.h"
+#include "platform/FileAccess.h"
 
 namespace tonvane {
 

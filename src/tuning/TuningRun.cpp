@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "amplifier/RegisterGroups.h"
-#include "files/FileAccess.h"
 #include "files/FilterFile.h"
-#include "files/LineEnds.h"
 #include "files/ResponseFile.h"
 #include "link/RegisterWrites.h"
+#include "platform/FileAccess.h"
+#include "platform/System.h"
 
 namespace tonvane {
 
@@ -190,10 +190,6 @@ void TuningRun::ApplyCurveEdit(const TargetRecord& edited, bool redesign) {
     if (responseReady && redesign) {
         RunDesign();
     }
-}
-
-void TuningRun::ResetCurve() {
-    ApplyCurveEdit(values_.DefaultTargetCurve, true);
 }
 
 void TuningRun::ChangeInputRate(int32_t tableIndex) {

@@ -38,7 +38,7 @@ class TuningRun {
     // `values` and `messages` outlive the run; `view` may be null. The link starts without a
     // connection; the port is where its server listens.
     TuningRun(ProgramValues& values, Messages& messages, TuningView* view = nullptr,
-              uint16_t linkPort = CAmpLink::usualPort,
+              uint16_t linkPort = CAmpLink::defaultPort,
               std::unique_ptr<LinkTransport> transport = std::make_unique<TcpTransport>());
     TuningRun(const TuningRun&) = delete;
     TuningRun& operator=(const TuningRun&) = delete;
@@ -82,9 +82,6 @@ class TuningRun {
 
     // The current curve was edited: takes it over and, with `redesign`, designs.
     void ApplyCurveEdit(const TargetRecord& edited, bool redesign);
-
-    // The current curve back to DefaultTargetCurve.
-    void ResetCurve();
 
     // Entry 1 to 6 of the rate table becomes every rate.
     void SetInputRate(int32_t tableIndex);

@@ -1,7 +1,8 @@
 #include "tuning/WavePlayer.h"
 
 #include <cmath>
-#include <cstdio>
+
+#include <fmt/core.h>
 
 namespace tonvane {
 
@@ -10,9 +11,7 @@ namespace {
 constexpr double quartersPerSecond = 4.0;
 
 std::string minutesAndSeconds(int32_t seconds) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%02d:%02d", seconds / 60, seconds % 60);
-    return text;
+    return fmt::format("{:02}:{:02}", seconds / 60, seconds % 60);
 }
 
 }  // namespace

@@ -80,8 +80,7 @@ class DialogHost {
     [[nodiscard]] virtual int selection(int id) const = 0;
 
     // Sliders, from 0.
-    virtual void setSliderRange(int id, int most) = 0;
-    [[nodiscard]] virtual int sliderRange(int id) const = 0;
+    virtual void setSliderRange(int id, int max) = 0;
     virtual void setSliderPosition(int id, int position) = 0;
     [[nodiscard]] virtual int sliderPosition(int id) const = 0;
     [[nodiscard]] virtual bool isTracking(int id) const = 0;  // the person holds it

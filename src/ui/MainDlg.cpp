@@ -1,9 +1,10 @@
 #include "ui/MainDlg.h"
 
-#include <cstdlib>
+#include <exception>
 #include <utility>
 
 #include "ui/Controls.h"
+#include "ui/DialogTemplate.h"
 #include "ui/ResultsRow.h"
 
 namespace tonvane {
@@ -11,34 +12,13 @@ namespace tonvane {
 namespace {
 
 constexpr auto longTime = std::chrono::milliseconds(100);
-constexpr int usualGainIndex = 6;
 constexpr int statusFontPoints = 10;
 
-// The check boxes from 2030 on.
+// In the order of their check boxes.
 constexpr std::array showStates{&ShownCurves::showSpec1,   &ShownCurves::showSpec2,
                                 &ShownCurves::showTarget,  &ShownCurves::showWeight,
                                 &ShownCurves::showFilter,  &ShownCurves::showMixed,
                                 &ShownCurves::showFilter2, &ShownCurves::showMixed2};
-
-struct IdRange {
-    int first;
-    int last;
-};
-
-// Shown to nobody, at every start.
-constexpr std::array<IdRange, 13> serviceControls{{{1000, 1005},
-                                                   {2000, 2000},
-                                                   {2010, 2012},
-                                                   {2020, 2020},
-                                                   {2024, 2026},
-                                                   {2030, 2037},
-                                                   {2040, 2040},
-                                                   {2050, 2050},
-                                                   {2051, 2051},
-                                                   {2060, 2060},
-                                                   {2061, 2061},
-                                                   {2070, 2085},
-                                                   {2090, 2098}}};
 
 void fill(DialogHost& host, int id, const std::vector<std::string>& items, int selected) {
     for (const std::string& item : items) {
@@ -50,23 +30,31 @@ void fill(DialogHost& host, int id, const std::vector<std::string>& items, int s
 }  // namespace
 
 CMainDlg::CMainDlg(DialogHost& dialogHost, ProgramValues& values, std::vector<DeviceChoice> devices,
-                   UserStore& store, bool promptOnExit, uint16_t linkPort)
-    : RunOfDialog(values, static_cast<Messages&>(*this), static_cast<TuningView&>(*this), linkPort),
+                   UserStore& store, bool promptOnExit, uint16_t linkPort,
+                   std::unique_ptr<LinkTransport> transport)
+    : RunOfDialog(values, static_cast<Messages&>(*this), static_cast<TuningView&>(*this), linkPort,
+                  std::move(transport)),
       CWaveDlg(dialogHost, run.measurement, std::move(devices), store),
       plot(plotHost_, values.TargetCurveKind),
       values_(values),
-      setStatus_([this](int line, const std::string& text) { run.SetStatusLine(line, text); }),
-      plotHost_(dialogHost, setStatus_),
-      panelView_(dialogHost, setStatus_),
-      panel_(run.ampLink, run.amplifier, panelView_, [this] { return run.designedSections(); }),
+      plotHost_(dialogHost, run),
+      panel_(dialogHost, run),
       measurement_(run, values, player, this),
       display_(run, values, plot) {
     run.promptOnExit = promptOnExit;
 }
 
 std::optional<std::intptr_t> CMainDlg::ProcessWindowMessage(const DialogMessage& m) {
-    const auto result = Dispatch(*this, rows, m);
-    return result ? result : CWaveDlg::ProcessWindowMessage(m);
+    try {
+        if (const auto answer = panel_.ProcessMessage(m)) {
+            return answer;
+        }
+        const auto answer = Dispatch(*this, rows, m);
+        return answer ? answer : CWaveDlg::ProcessWindowMessage(m);
+    } catch (const std::exception& error) {
+        showError(error.what());
+        return 0;
+    }
 }
 
 void CMainDlg::error(const std::string& text) {
@@ -176,7 +164,7 @@ void CMainDlg::fillLists() {
         rates.push_back(std::to_string(values_.SampleRateTable[i] / 1000) + " KHz");
     }
     fill(host, controls::curve, curves, 0);
-    fill(host, controls::gainClamp, gains, usualGainIndex);
+    fill(host, controls::gainClamp, gains, run.gainIndex);
     fill(host, controls::filterRate, {std::to_string(values_.SampleRateTable[0]) + " Hz"}, 0);
     fill(host, controls::inputRate, rates, run.inputRateIndex);
 }
@@ -200,9 +188,9 @@ void CMainDlg::ResetCurves() {
 }
 
 void CMainDlg::HideServiceControls() {
-    for (const auto& [first, last] : serviceControls) {
-        for (int id = first; id <= last; ++id) {
-            host.show(id, false);
+    for (const DialogItem& item : MainDialogTemplate.items) {
+        if (item.place.width == 0 || item.id == controls::plotPlace) {
+            host.show(item.id, false);
         }
     }
 }
@@ -212,11 +200,7 @@ void CMainDlg::takeControls() {
     for (const auto state : showStates) {
         display_.shown.*state = host.check(id++);
     }
-    run.amplifier.biqEnabled = host.check(controls::biq) != 0;
-    run.amplifier.splitEnabled = host.check(controls::split) != 0;
-    for (int i = 0; i < 2; ++i) {
-        run.amplifier.drcEnabled[static_cast<size_t>(i)] = host.check(controls::drcFirst + i) != 0;
-    }
+    panel_.TakeSwitches();
 }
 
 void CMainDlg::showControls() {

@@ -13,12 +13,12 @@
 #include <vector>
 
 #include "graph/CurveGraphWindow.h"
-#include "link/RegisterPanel.h"
 #include "stream/EqStream.h"
 #include "tuning/MeasurementRun.h"
 #include "tuning/TuningRun.h"
 #include "ui/CurveDisplay.h"
-#include "ui/DialogAdapters.h"
+#include "ui/PlotOnHost.h"
+#include "ui/RegisterPanel.h"
 #include "ui/TargetHistory.h"
 #include "ui/WaveDlg.h"
 
@@ -26,17 +26,19 @@ namespace tonvane {
 
 // The run, ahead of the dialog's audio side that works with its measurement.
 struct RunOfDialog {
-    RunOfDialog(ProgramValues& values, Messages& messages, TuningView& view, uint16_t linkPort)
-        : run(values, messages, &view, linkPort) {}
+    RunOfDialog(ProgramValues& values, Messages& messages, TuningView& view, uint16_t linkPort,
+                std::unique_ptr<LinkTransport> transport)
+        : run(values, messages, &view, linkPort, std::move(transport)) {}
 
     TuningRun run;
 };
 
 class CMainDlg : private Messages, private TuningView, private RunOfDialog, public CWaveDlg {
   public:
-    // All outlive the dialog.
+    // Host, values and store outlive the dialog.
     CMainDlg(DialogHost& dialogHost, ProgramValues& values, std::vector<DeviceChoice> devices,
-             UserStore& store, bool promptOnExit, uint16_t linkPort = CAmpLink::usualPort);
+             UserStore& store, bool promptOnExit, uint16_t linkPort = CAmpLink::defaultPort,
+             std::unique_ptr<LinkTransport> transport = std::make_unique<TcpTransport>());
 
     std::optional<std::intptr_t> ProcessWindowMessage(const DialogMessage& m) override;
 
@@ -107,28 +109,13 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     void OnReset(const DialogMessage& m);
     void OnLoadParameters(const DialogMessage& m);
     void OnSaveParameters(const DialogMessage& m);
-    void OnConnect(const DialogMessage& m);
-    void OnTerm(const DialogMessage& m);
-    void OnDump(const DialogMessage& m);
-    void OnRegisterNumber(const DialogMessage& m);
-    void OnRead(const DialogMessage& m);
-    void OnSend(const DialogMessage& m);
-    void OnWord(const DialogMessage& m);
-    void OnSet1(const DialogMessage& m);
-    void OnBiq(const DialogMessage& m);
-    void OnSplit(const DialogMessage& m);
-    void OnDrc(const DialogMessage& m);
-    void OnCrossoverBox(const DialogMessage& m);
-    void OnDrcBox(const DialogMessage& m);
     void OnShowCurves(const DialogMessage& m);
     void OnUndo(const DialogMessage& m);
     void OnRedo(const DialogMessage& m);
     void OnSavePicture(const DialogMessage& m);
 
     ProgramValues& values_;
-    SetStatus setStatus_;
     PlotOnHost plotHost_;
-    PanelOnHost panelView_;
     RegisterPanel panel_;
     MeasurementRun measurement_;
     CEqStream eqStream_;

@@ -1,14 +1,9 @@
 // What the dialog answers to, as one table, and what it does then.
 #include <algorithm>
 #include <climits>
-#include <stdexcept>
 
-#include "files/FileAccess.h"
-#include "files/LineEnds.h"
-#include "files/RegisterDump.h"
 #include "ui/Controls.h"
 #include "ui/MainDlg.h"
-#include "ui/PlotPicture.h"
 
 namespace tonvane {
 
@@ -17,21 +12,6 @@ namespace {
 constexpr int legendBelow = 7;  // from a text to its line, pixels
 constexpr int legendWidth = 3;
 constexpr std::array<uint32_t, 3> legendColors{0xFF008F, 0xFF0000, 0x0000FF};
-
-constexpr FileDialog responseDialog{FileDialog::Form::open, "Quorrel Speaker response (*.qsr)",
-                                    "*.qsr", "qsr"};
-constexpr FileDialog tableDialog{FileDialog::Form::open, "CSV (Comma delimited) (*.csv)", "*.csv",
-                                 "csv"};
-constexpr FileDialog openParametersDialog{FileDialog::Form::open, "Design Parameters (*.txt)",
-                                          "*.txt", "txt"};
-constexpr FileDialog saveParametersDialog{FileDialog::Form::save, "Design Parameters (*.txt)",
-                                          "*.txt", "txt"};
-constexpr FileDialog dumpDialog{FileDialog::Form::open, "dat file (*.dat)", "*.dat", "dat"};
-
-constexpr FileDialog pictureDialog{FileDialog::Form::save, "Pictures (*.png *.svg *.pdf)",
-                                   "*.png *.svg *.pdf", "png"};
-constexpr int pictureHeight = 400;
-constexpr int pictureScale = 2;
 
 }  // namespace
 
@@ -48,9 +28,6 @@ const std::span<const CMainDlg::Row> CMainDlg::rows = [] {
     };
     constexpr auto press = [](int id, auto handler, Then then = Then::stop) {
         return Row{message::command, id, id, anyCode, handler, then};
-    };
-    constexpr auto several = [](int first, int last, int code, auto handler) {
-        return Row{message::command, first, last, code, handler};
     };
     static constexpr std::array table{
         whole(message::initDialog, &D::InitTuningState, Then::goOn),
@@ -72,22 +49,8 @@ const std::span<const CMainDlg::Row> CMainDlg::rows = [] {
         press(reset, &D::OnReset),
         press(loadParameters, &D::OnLoadParameters),
         press(saveParameters, &D::OnSaveParameters),
-        press(controls::connect, &D::OnConnect),
-        press(term, &D::OnTerm),
-        press(dump, &D::OnDump),
-        change(registerNumber, textChange, &D::OnRegisterNumber),
-        change(registerNumber, lostFocus, &D::OnRead),
-        press(controls::read, &D::OnRead),
-        press(controls::send, &D::OnSend),
-        several(wordFirst, wordLast, textChange, &D::OnWord),
-        press(set1, &D::OnSet1),
-        press(biq, &D::OnBiq),
-        press(split, &D::OnSplit),
-        several(drcFirst, drcFirst + 1, anyCode, &D::OnDrc),
-        change(crossover, lostFocus, &D::OnCrossoverBox),
-        several(drcBoxFirst, drcBoxLast, lostFocus, &D::OnDrcBox),
         // Not the last one: that box is looked at when something else draws anew.
-        several(showFirst, showLast - 1, anyCode, &D::OnShowCurves),
+        Row{message::command, showFirst, showLast - 1, anyCode, &D::OnShowCurves},
         press(undo, &D::OnUndo),
         press(redo, &D::OnRedo),
         press(savePicture, &D::OnSavePicture),
@@ -213,154 +176,10 @@ void CMainDlg::OnRedo(const DialogMessage& /*m*/) {
     restore(history_.redo());
 }
 
-void CMainDlg::OnSavePicture(const DialogMessage& /*m*/) {
-    const auto path = host.chooseFile(pictureDialog);
-    if (!path) {
-        return;
-    }
-    const PlotPicture picture{.width = plot.width / plot.xAxis.unit,
-                              .height = pictureHeight,
-                              .scale = pictureScale,
-                              .shown = display_.shown,
-                              .caption = {}};
-    std::string contents;
-    try {
-        if (path->ends_with(".svg")) {
-            contents = PlotSvg(run, values_, picture);
-        } else if (path->ends_with(".pdf")) {
-            contents = PlotPdf(run, values_, picture);
-        } else {
-            contents = PlotPng(run, values_, picture);
-        }
-    } catch (const std::runtime_error& error) {
-        showError(std::string("Failed to save the picture: ") + error.what());
-        return;
-    }
-    if (const auto reason = ReplaceFile(*path, contents)) {
-        showError("Failed to save the picture: " + *reason);
-    }
-}
-
 void CMainDlg::OnInputRate(const DialogMessage& /*m*/) {
     takeControls();
     run.SetInputRate(host.selection(controls::inputRate) + 1);
     loadCommandLineResponse();
-}
-
-void CMainDlg::beforeLoad() {
-    host.setFocus(controls::dialog);
-    showControls();
-}
-
-void CMainDlg::afterLoad() {
-    host.setFocus(controls::dialog);
-    SetEditControlsEnabled(true);
-}
-
-void CMainDlg::loadCommandLineResponse() {
-    if (values_.ResponseFilePath.empty()) {
-        return;
-    }
-    beforeLoad();
-    bool opened = false;
-    work([&] { opened = run.LoadCommandLineResponse(); });
-    if (opened) {
-        afterLoad();
-    }
-}
-
-void CMainDlg::OnOpenResponse(const DialogMessage& /*m*/) {
-    if (const auto path = host.chooseFile(responseDialog)) {
-        beforeLoad();
-        if (run.OpenResponseFile(*path, PathCase::asGiven)) {
-            afterLoad();
-        }
-    }
-}
-
-void CMainDlg::OnOpenTable(const DialogMessage& /*m*/) {
-    if (const auto path = host.chooseFile(tableDialog)) {
-        beforeLoad();
-        run.OpenCsvFile(*path);
-        afterLoad();
-    }
-}
-
-void CMainDlg::OnLoadParameters(const DialogMessage& /*m*/) {
-    if (const auto path = host.chooseFile(openParametersDialog)) {
-        showControls();
-        run.LoadDesignParameters(*path);
-        showCurveAndGain();
-        RedrawCurves();
-        history_.start(targetState());
-    }
-}
-
-// A failure is silent.
-void CMainDlg::OnSaveParameters(const DialogMessage& /*m*/) {
-    if (const auto path = host.chooseFile(saveParametersDialog)) {
-        run.SaveDesignParameters(*path);
-    }
-}
-
-void CMainDlg::OnConnect(const DialogMessage& /*m*/) {
-    panel_.Connect();
-}
-
-void CMainDlg::OnTerm(const DialogMessage& /*m*/) {
-    panel_.Term();
-}
-
-void CMainDlg::OnDump(const DialogMessage& /*m*/) {
-    const auto path = host.chooseFile(dumpDialog);
-    if (!path) {
-        return;
-    }
-    const auto read = [&](int32_t reg, std::span<uint8_t> contents) {
-        run.ampLink.ReadRegister(reg, static_cast<int32_t>(contents.size()), contents);
-    };
-    ReplaceFile(*path, WithSystemLineEnds(FormatRegisterDump(read)),
-                InPlace::whenFolderRefuses);  // silent, if it fails
-}
-
-void CMainDlg::OnRegisterNumber(const DialogMessage& m) {
-    panel_.NumberChanged(host.text(m.id));
-}
-
-void CMainDlg::OnRead(const DialogMessage& /*m*/) {
-    panel_.Read();
-}
-
-void CMainDlg::OnSend(const DialogMessage& /*m*/) {
-    panel_.Send();
-}
-
-void CMainDlg::OnWord(const DialogMessage& m) {
-    panel_.WordChanged(m.id - controls::wordFirst, host.text(m.id));
-}
-
-void CMainDlg::OnSet1(const DialogMessage& /*m*/) {
-    panel_.Set1();
-}
-
-void CMainDlg::OnBiq(const DialogMessage& m) {
-    panel_.ClickBiq(host.check(m.id) != 0);
-}
-
-void CMainDlg::OnSplit(const DialogMessage& m) {
-    panel_.ClickSplit(host.check(m.id) != 0);
-}
-
-void CMainDlg::OnDrc(const DialogMessage& m) {
-    panel_.ClickDrc(m.id - controls::drcFirst, host.check(m.id) != 0);
-}
-
-void CMainDlg::OnCrossoverBox(const DialogMessage& m) {
-    panel_.LeaveCrossoverBox(host.text(m.id), run.designRate);
-}
-
-void CMainDlg::OnDrcBox(const DialogMessage& m) {
-    panel_.LeaveDrcBox(m.id, host.text(m.id));
 }
 
 }  // namespace tonvane

@@ -12,8 +12,8 @@ namespace {
 
 // Pixels of an ordinary display.
 constexpr double fontSize = 11.0;
-constexpr int32_t leastPlotWidth = 240;
-constexpr int32_t leastPlotHeight = 120;
+constexpr int32_t minPlotWidth = 240;
+constexpr int32_t minPlotHeight = 120;
 constexpr int32_t sideMargin = 16;
 constexpr int32_t legendRow = 20;
 constexpr int32_t captionRow = 17;
@@ -26,7 +26,7 @@ constexpr int32_t sampleToText = 6;
 constexpr int32_t textToSample = 22;
 constexpr int32_t axisNameLeft = 14;
 
-constexpr size_t mostCaptionLines = 3;
+constexpr size_t maxCaptionLines = 3;
 constexpr const char* ellipsis = "\u2026";
 constexpr Color textColor = 0x303030;
 constexpr int32_t resolution = 4;  // strokes are placed by quarters of a pixel
@@ -56,7 +56,7 @@ class Layout {
         const int32_t rows = legend_.empty() ? 0 : legend_.back().row + 1;
         const int32_t plotHeight = picture_.height - rows * legendRow -
                                    static_cast<int32_t>(caption.size()) * captionRow - lastMargin;
-        if (picture_.width < leastPlotWidth || plotHeight < leastPlotHeight) {
+        if (picture_.width < minPlotWidth || plotHeight < minPlotHeight) {
             throw std::runtime_error("a picture of " + std::to_string(picture_.width) + "x" +
                                      std::to_string(picture_.height) +
                                      " has no room for the plot, its legend and its caption");
@@ -130,13 +130,13 @@ class Layout {
         const int32_t room = width_ - 2 * sideMargin * unit_;
         std::vector<std::string> lines;
         std::string rest = ValidUtf8(picture_.caption);
-        while (!rest.empty() && lines.size() < mostCaptionLines) {
+        while (!rest.empty() && lines.size() < maxCaptionLines) {
             if (textWidth(rest) <= room) {
                 lines.push_back(rest);
                 return lines;
             }
             const size_t blank = rest.rfind(' ', fitting(rest, "", room));
-            if (blank == std::string::npos || lines.size() + 1 == mostCaptionLines) {
+            if (blank == std::string::npos || lines.size() + 1 == maxCaptionLines) {
                 lines.push_back(rest.substr(0, fitting(rest, ellipsis, room)) + ellipsis);
                 return lines;
             }

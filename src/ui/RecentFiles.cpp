@@ -2,24 +2,18 @@
 
 #include <algorithm>
 
+#include "text/Ascii.h"
+
 namespace tonvane {
 
 namespace {
 
-constexpr uint32_t usualEntries = 16;    // read from a store that does not say how many there are
-constexpr uint32_t mostEntries = 1000;   // looked for, whatever the store says
-constexpr size_t longestPath = 260 - 1;  // bytes
+constexpr uint32_t defaultEntries = 16;  // read from a store that does not say how many there are
+constexpr uint32_t maxEntries = 1000;    // looked for, whatever the store says
+constexpr size_t maxPathBytes = 260 - 1;
 
 std::string entryName(uint32_t index) {
     return "File" + std::to_string(index);
-}
-
-char lowerCase(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isSamePath(const std::string& a, const std::string& b) {
-    return std::ranges::equal(a, b, {}, lowerCase, lowerCase);
 }
 
 }  // namespace
@@ -30,10 +24,10 @@ void CPathComboBox::AddPath(const std::string& path) {
     }
     const auto known = paths();
     const auto equal =
-        std::ranges::find_if(known, [&](const std::string& p) { return isSamePath(p, path); });
+        std::ranges::find_if(known, [&](const std::string& p) { return IsSameWord(p, path); });
     if (equal != known.end()) {
         host_.deleteItem(id_, static_cast<int>(equal - known.begin()));
-    } else if (static_cast<int>(known.size()) >= mostRecentFiles) {
+    } else if (static_cast<int>(known.size()) >= maxRecentFiles) {
         host_.deleteItem(id_, static_cast<int>(known.size()) - 1);
     }
     host_.insertItem(id_, 0, path);
@@ -56,27 +50,27 @@ std::vector<std::string> CPathComboBox::paths() const {
 }
 
 std::vector<std::string> ReadRecentFiles(const UserStore& store) {
-    const uint32_t count = std::min(store.number("FileCount").value_or(usualEntries), mostEntries);
+    const uint32_t count = std::min(store.number("FileCount").value_or(defaultEntries), maxEntries);
     std::vector<std::string> paths;
     for (uint32_t i = 0; i < count; ++i) {
         const auto path = store.text(entryName(i));
-        if (path && !path->empty() && path->size() <= longestPath) {
+        if (path && !path->empty() && path->size() <= maxPathBytes) {
             paths.push_back(*path);
         }
     }
-    if (paths.size() > mostRecentFiles) {
-        paths.erase(paths.begin(), paths.end() - mostRecentFiles);
+    if (paths.size() > maxRecentFiles) {
+        paths.erase(paths.begin(), paths.end() - maxRecentFiles);
     }
     return paths;
 }
 
 void WriteRecentFiles(UserStore& store, const std::vector<std::string>& paths) {
-    const auto count = static_cast<uint32_t>(std::min<size_t>(paths.size(), mostRecentFiles));
+    const auto count = static_cast<uint32_t>(std::min<size_t>(paths.size(), maxRecentFiles));
     store.setNumber("FileCount", count);
     for (uint32_t i = 0; i < count; ++i) {
         store.setText(entryName(i), paths[i]);
     }
-    for (uint32_t i = count; i < mostRecentFiles; ++i) {
+    for (uint32_t i = count; i < maxRecentFiles; ++i) {
         store.remove(entryName(i));
     }
     store.commit();

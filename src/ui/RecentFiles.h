@@ -10,7 +10,7 @@
 
 namespace tonvane {
 
-constexpr int mostRecentFiles = 20;
+constexpr int maxRecentFiles = 20;
 
 // The combo box with the list, newest first. Paths are compared without regard to the case of
 // letters.

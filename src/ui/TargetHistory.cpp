@@ -12,7 +12,7 @@ void TargetHistory::edited(const TargetState& state) {
     if (state == present_) {
         return;
     }
-    if (done_.size() == mostSteps) {
+    if (done_.size() == maxSteps) {
         done_.erase(done_.begin());
     }
     done_.push_back({present_, state});

@@ -20,7 +20,7 @@ struct TargetState {
 
 class TargetHistory {
   public:
-    static constexpr size_t mostSteps = 200;
+    static constexpr size_t maxSteps = 200;
 
     // Forgets all edits; the state is this from now on.
     void start(const TargetState& state);

@@ -1,12 +1,12 @@
 #include "ui/UserStore.h"
 
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 
-#include "files/FileAccess.h"
+#include "platform/FileAccess.h"
+#include "text/WholeNumbers.h"
 
 namespace tonvane {
 
@@ -37,14 +37,7 @@ FileUserStore::FileUserStore(const std::string& path) : path_(path) {
 }
 
 std::optional<uint32_t> FileUserStore::number(const std::string& name) const {
-    const auto value = text(name);
-    uint32_t result = 0;
-    if (!value) {
-        return std::nullopt;
-    }
-    const char* end = value->data() + value->size();
-    const auto [stop, error] = std::from_chars(value->data(), end, result);
-    return error == std::errc() && stop == end ? std::optional(result) : std::nullopt;
+    return ParseWhole<uint32_t>(text(name).value_or(""));
 }
 
 std::optional<std::string> FileUserStore::text(const std::string& name) const {

@@ -126,7 +126,7 @@ void CWaveDlg::RefreshPlayer() {
     const bool active = player.isActive();
     host.setText(controls::play, active && !engine.paused ? "||" : "|>");
     pathList_.enable(!active);
-    host.enable(controls::position, host.sliderRange(controls::position) != 0);
+    host.enable(controls::position, player.rangeQuarters != 0);
     for (const DeviceChoice& choice : devices_) {
         host.enableDeviceEntry(choice.id, !active);
     }

@@ -4,6 +4,8 @@
 #include <array>
 #include <limits>
 
+#include "text/LittleEndian.h"
+
 namespace tonvane {
 
 namespace {
@@ -12,33 +14,18 @@ constexpr RiffTag riffTag = MakeRiffTag("RIFF");
 
 using Word = std::array<uint8_t, 4>;
 
-Word bytesOf(uint32_t value) {
-    Word bytes{};
-    for (size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = static_cast<uint8_t>(value >> (8 * i));
-    }
-    return bytes;
-}
-
-uint32_t valueOf(const Word& bytes) {
-    uint32_t value = 0;
-    for (size_t i = 0; i < bytes.size(); ++i) {
-        value |= static_cast<uint32_t>(bytes[i]) << (8 * i);
-    }
-    return value;
-}
-
 bool readWord(std::FILE* file, uint32_t& value) {
     Word bytes{};
     if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) {
         return false;
     }
-    value = valueOf(bytes);
+    value = LoadLittleEndian<uint32_t>(bytes);
     return true;
 }
 
 void writeWord(std::FILE* file, uint32_t value) {
-    const Word bytes = bytesOf(value);
+    Word bytes{};
+    StoreLittleEndian(value, bytes);
     std::fwrite(bytes.data(), 1, bytes.size(), file);
 }
 

@@ -9,7 +9,7 @@
 #include <deque>
 #include <string>
 
-#include "wavefile/OpenFile.h"
+#include "platform/System.h"
 
 namespace tonvane {
 

@@ -1,7 +1,8 @@
 #include "wavefile/SampleBytes.h"
 
 #include <cmath>
-#include <cstring>
+
+#include "text/LittleEndian.h"
 
 namespace tonvane {
 
@@ -19,13 +20,10 @@ SampleBytes SampleBytes::OfBits(int32_t bits) {
 }
 
 void SampleBytes::Decode(std::span<const uint8_t> bytes, std::span<double> samples) const {
-    const uint8_t* from = bytes.data();
+    const auto width = static_cast<size_t>(bytesPerSample);
     for (double& sample : samples) {
-        uint32_t word = 0;
-        for (int32_t i = 0; i < bytesPerSample; ++i) {
-            word |= static_cast<uint32_t>(from[i]) << (8 * i);
-        }
-        from += bytesPerSample;
+        const auto word = LoadLittleEndian<uint32_t>(bytes.first(width));
+        bytes = bytes.subspan(width);
         const int32_t value = bytesPerSample == 1
                                   ? static_cast<int32_t>(word) - zeroOffset
                                   : static_cast<int32_t>(word << signShift) >> signShift;
@@ -34,7 +32,7 @@ void SampleBytes::Decode(std::span<const uint8_t> bytes, std::span<double> sampl
 }
 
 void SampleBytes::Encode(std::span<const double> samples, std::span<uint8_t> bytes) const {
-    uint8_t* to = bytes.data();
+    const auto width = static_cast<size_t>(bytesPerSample);
     for (const double sample : samples) {
         const double rounded = std::floor(sample * fullScale + 0.5);
         int32_t value = minimum;
@@ -46,10 +44,8 @@ void SampleBytes::Encode(std::span<const double> samples, std::span<uint8_t> byt
         if (bytesPerSample == 1) {
             value += zeroOffset;
         }
-        const auto word = static_cast<uint32_t>(value);
-        for (int32_t i = 0; i < bytesPerSample; ++i) {
-            *to++ = static_cast<uint8_t>(word >> (8 * i));
-        }
+        StoreLittleEndian(static_cast<uint32_t>(value), bytes.first(width));
+        bytes = bytes.subspan(width);
     }
 }
 

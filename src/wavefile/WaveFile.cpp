@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "text/LittleEndian.h"
+
 namespace tonvane {
 
 namespace {
@@ -16,17 +18,11 @@ constexpr size_t recordBytes = 16;
 using Record = std::array<uint8_t, recordBytes>;
 
 uint32_t field(const Record& record, size_t offset, size_t bytes) {
-    uint32_t value = 0;
-    for (size_t i = 0; i < bytes; ++i) {
-        value |= static_cast<uint32_t>(record[offset + i]) << (8 * i);
-    }
-    return value;
+    return LoadLittleEndian<uint32_t>(std::span(record).subspan(offset, bytes));
 }
 
 void setField(Record& record, size_t offset, size_t bytes, uint32_t value) {
-    for (size_t i = 0; i < bytes; ++i) {
-        record[offset + i] = static_cast<uint8_t>(value >> (8 * i));
-    }
+    StoreLittleEndian(value, std::span(record).subspan(offset, bytes));
 }
 
 WAVEFORMATEX formatOf(const Record& record) {

@@ -44,10 +44,6 @@ class CWaveFile {
     // disk is not noticed.
     void Write(const double* samples, int32_t frames);
 
-    // The head of the open file as it stands there.
-    [[nodiscard]] const WAVEFORMATEX& format() const { return head; }
-    [[nodiscard]] const SampleBytes& sampleBytes() const { return coding; }
-
   private:
     bool readHead(int32_t& rate, int32_t& bits, int32_t& channels);
     bool findChunk(RiffTag wanted);

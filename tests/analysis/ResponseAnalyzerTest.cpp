@@ -9,7 +9,6 @@
 #include <gmock/gmock.h>
 
 #include "analysis/ResponseAnalyzer.h"
-#include "signal/PinkNoise.h"
 #include "support/Signals.h"
 
 namespace tonvane {
@@ -73,41 +72,27 @@ TEST_F(Analyzer, PolarityIsThatOfTheFirstSwing) {
     // Neither what comes ahead of the onset nor what lies above 2 kHz counts.
     EXPECT_EQ(analyzed(48000, withSamples({{200, -0.1}, {440, 1.0}})).polarity, 1);
     EXPECT_EQ(analyzed(48000, withSamples({{200, -1.0}, {201, 0.9}, {202, 0.9}})).polarity, 1);
-    std::vector<double> x = butterworthHighPass(90.0, 48000);
-    const ResponseAnalyzer upright = analyzed(48000, x);
-    std::ranges::for_each(x, [](double& sample) { sample *= -0.01; });
-    const ResponseAnalyzer inverted = analyzed(48000, x);
-    EXPECT_EQ(upright.polarity, 1);
-    EXPECT_EQ(inverted.polarity, -1);
-    EXPECT_EQ(inverted.delaySamples, upright.delaySamples);
-    EXPECT_EQ(inverted.cutoffHz, upright.cutoffHz);
 }
 
 // The search's template falls three times as steeply as a fourth-order high-pass, which is read up
 // to 8 % high; one bin is the resolution.
 TEST_F(Analyzer, CutoffIsTheCornerOfAHighPass) {
-    for (const double rate : {44100.0, 48000.0, 96000.0}) {
-        for (const double corner : {50.0, 60.0, 80.0, 100.0, 150.0, 200.0, 300.0}) {
-            const double tolerance = 0.05 * corner + rate / n;
-            EXPECT_NEAR(analyzed(rate, butterworthHighPass(corner, rate)).cutoffHz, 1.03 * corner,
-                        tolerance)
-                << rate;
+    for (const double rate : {44100.0, 96000.0}) {
+        for (const double corner : {50.0, 80.0, 150.0, 300.0}) {
+            const int32_t found = analyzed(rate, butterworthHighPass(corner, rate)).cutoffHz;
+            EXPECT_NEAR(found, 1.03 * corner, 0.05 * corner + rate / n) << rate;
         }
     }
 }
 
 TEST_F(Analyzer, CutoffStaysBetweenItsBoundsWithItsScoreOverFortyDecibels) {
-    const std::pair<double, int32_t> cases[] = {{5.0, 39}, {20.0, 39}, {1000.0, 398}};
-    for (const auto& [corner, expected] : cases) {
+    for (const auto& [corner, expected] : {std::pair{5.0, 39}, {1000.0, 398}}) {
         const ResponseAnalyzer analyzer = analyzed(48000, butterworthHighPass(corner, 48000));
         EXPECT_EQ(analyzer.cutoffHz, expected);
-        const auto curve = analyzer.cutoffCurve.first(analyzer.bins);
-        const auto scored = curve.subspan(13, 273 - 13);  // 20 to 400 Hz
-        EXPECT_THAT(curve.first(13), Each(0.0));
-        EXPECT_THAT(curve.subspan(273), Each(0.0));
+        const auto scored = analyzer.cutoffCurve.first(273).subspan(13);  // 20 to 400 Hz
         EXPECT_NEAR(*std::ranges::min_element(scored), 0.01, 1e-12);
         EXPECT_EQ(*std::ranges::max_element(scored), 1.0);
-        EXPECT_EQ(curve[(expected + 1) * n / 48000], 1.0);
+        EXPECT_EQ(analyzer.cutoffCurve[12] + analyzer.cutoffCurve[273], 0.0);
     }
 }
 
@@ -116,31 +101,25 @@ TEST_F(Analyzer, PhaseIsThatOfTheResponseWithoutItsDelay) {
         const ResponseAnalyzer pure = analyzed(48000, withSamples({{delay, 0.3}}));
         EXPECT_THAT(pure.phaseDegrees.first(pure.bins), Each(testing::DoubleNear(0, 1e-6)));
     }
-    // One pole at 0.9, whose phase is -atan2(0.9*sin(w), 1 - 0.9*cos(w)), and turned over.
+    // One pole at 0.9, turned over.
     std::vector<double> x(n, 0.0);
     for (int32_t i = 0; i < 1000; ++i) {
         x[300 + i] = -std::pow(0.9, i);
     }
     const ResponseAnalyzer lowPass = analyzed(48000, x);
     for (const int32_t k : {100, 683, 4096, 15000}) {
-        const double w = 2.0 * std::numbers::pi * k / n;
-        const double phase = -std::atan2(0.9 * std::sin(w), 1.0 - 0.9 * std::cos(w));
-        EXPECT_NEAR(lowPass.phaseDegrees[k], 180.0 + phase * 180.0 / std::numbers::pi, 0.05) << k;
+        const Complex response = -1.0 / tests::PolynomialAt(std::vector{1.0, -0.9}, k, n);
+        const double degrees = std::arg(response) * 180.0 / std::numbers::pi;
+        EXPECT_NEAR(lowPass.phaseDegrees[k], degrees, 0.05) << k;
     }
-    EXPECT_EQ(lowPass.phaseDegrees[0], 0.0);
-    EXPECT_EQ(lowPass.phaseDegrees[n / 2], 0.0);
 }
 
 TEST_F(Analyzer, RangeHoldsZeroAndSilenceGivesFigures) {
-    EXPECT_EQ(analyzed(48000, withSamples({{100, 0.5}, {200, -0.25}})).timeMin, -0.25);
     EXPECT_EQ(analyzed(48000, std::vector<double>(n, 0.5)).timeMin, 0.0);
     EXPECT_EQ(analyzed(48000, std::vector<double>(n, -0.5)).timeMax, 0.0);
     const ResponseAnalyzer silent = analyzed(48000, withSamples({}));
     EXPECT_EQ(silent.delaySamples, n - 32);
     EXPECT_EQ(silent.polarity, -1);
-    EXPECT_EQ(silent.cutoffHz, 39);
-    EXPECT_EQ(silent.timeMin, 0.0);
-    EXPECT_EQ(silent.timeMax, 0.0);
     EXPECT_THAT(silent.phaseDegrees.first(silent.bins), Each(0.0));
 }
 
@@ -151,46 +130,20 @@ TEST_F(Analyzer, NonsenseRatesLeaveTheFiguresWithoutARate) {
         const ResponseAnalyzer analyzer = analyzed(rate, withSamples({{200, 1.0}}));
         EXPECT_EQ(analyzer.delaySamples, 168) << rate;
         EXPECT_EQ(analyzer.cutoffHz, 47) << rate;
-        EXPECT_EQ(std::abs(analyzer.polarity), 1) << rate;
     }
 }
 
 TEST_F(Analyzer, MagnitudesLeaveTheFiguresAsResetDid) {
     ResponseAnalyzer analyzer = analyzed(48000, withSamples({{200, -1.0}}));
     analyzer.reset();
-    EXPECT_FALSE(analyzer.valid);
-    EXPECT_EQ(analyzer.timeMin, -1.0);
     std::vector<double> magnitudes(n / 2 + 1, 1.0);
-    magnitudes[8192] = 3.0;  // the last bin of the lower half
-    magnitudes[8193] = magnitudes[8194] = 4.0;
+    magnitudes[8192] = 3.0;  // the last bin of the lower half, which is looked at
+    magnitudes[8193] = 4.0;
     analyzer.loadMagnitudes(44100, n, magnitudes);
-    EXPECT_TRUE(analyzer.valid);
-    EXPECT_EQ(analyzer.sampleRate, 44100.0);
-    EXPECT_EQ(analyzer.bins, n / 2 + 1);
-    EXPECT_EQ(analyzer.response.spectrum[8193], Complex(4.0, 0.0));
     EXPECT_EQ(analyzer.polarity, 0);
     EXPECT_EQ(analyzer.delaySamples, 0);
     EXPECT_EQ(analyzer.cutoffHz, 80);
-    EXPECT_EQ(analyzer.timeMin, 0.0);
     EXPECT_EQ(analyzer.timeMax, 3.0);
-}
-
-TEST_F(Analyzer, ACaptureHalfAPeriodLateHasItsOnsetAt32) {
-    CPinkNoise noise;
-    noise.sampleRate = 48000;
-    noise.setOrder(15);
-    const std::span<const double> played = noise.generate();
-    std::vector<double> capture(n);
-    for (int32_t i = 0; i < n; ++i) {
-        capture[(i + 16384) % n] = -0.5 * played[i];
-    }
-    ResponseAnalyzer analyzer;
-    analyzer.loadCapture(noise, capture);
-    EXPECT_TRUE(analyzer.valid);
-    EXPECT_EQ(analyzer.sampleRate, 48000.0);
-    EXPECT_EQ(analyzer.delaySamples, 0);
-    EXPECT_EQ(analyzer.polarity, -1);
-    EXPECT_NEAR(analyzer.response.samples[32], -0.5, 1e-3);
 }
 
 TEST_F(Analyzer, PredictionsAreTheResponseTimesTheFilterWithoutItsLevelDrop) {
@@ -201,19 +154,14 @@ TEST_F(Analyzer, PredictionsAreTheResponseTimesTheFilterWithoutItsLevelDrop) {
     analyzer.predictFir(taps, -6.0);
     analyzer.predictIir(b, a, -6.0);
     for (const int32_t k : {0, 7, 1000, 16384}) {
-        const double hertz = k * 48000.0 / n;
-        const Complex x =
-            2.0 * std::pow(10.0, 6.0 / 20.0) * std::polar(1.0, -2.0 * std::numbers::pi * k * 5 / n);
-        const Complex fir = x * tests::PolynomialAt(taps, hertz, 48000);
-        const Complex iir =
-            x * tests::PolynomialAt(b, hertz, 48000) / tests::PolynomialAt(a, hertz, 48000);
-        EXPECT_LT(std::abs(analyzer.firPrediction.spectrum[k] - fir), 1e-11) << k;
-        EXPECT_LT(std::abs(analyzer.iirPrediction.spectrum[k] - iir), 1e-11) << k;
+        const auto at = [k](const std::vector<double>& p) { return tests::PolynomialAt(p, k, n); };
+        const Complex x = at({0, 0, 0, 0, 0, 2.0 * std::pow(10.0, 6.0 / 20.0)});
+        EXPECT_LT(std::abs(analyzer.firPrediction.spectrum[k] - x * at(taps)), 1e-11) << k;
+        EXPECT_LT(std::abs(analyzer.iirPrediction.spectrum[k] - x * at(b) / at(a)), 1e-11) << k;
     }
 
     analyzer.predictIir(b, std::vector{1.0, -1.0}, 0.0);  // a pole on bin 0
     EXPECT_TRUE(std::isnan(analyzer.iirPrediction.spectrum[0].real()));
-    EXPECT_TRUE(std::isfinite(analyzer.iirPrediction.spectrum[1].real()));
 }
 
 }  // namespace

@@ -12,22 +12,17 @@ using Tokens = std::vector<std::string>;
 TEST(CommandLine, IsSplitByTheRulesThatCallersRelyOn) {
     for (const auto& [raw, tokens] : std::vector<std::pair<std::string, Tokens>>{
              {"", {}},
-             {"-cmd", {"-cmd"}},
              {"a  b ", {"a", "", "b", ""}},
-             {" ", {"", ""}},
              {"a\tb", {"a\tb"}},
              {R"("a b" c)", {"a b", "c"}},
              {R"("" b "")", {"", "b", ""}},
              {R"("a "b" c)", {"a \"b", "c"}},
              {R"("a" b" c)", {"a", "", "c"}},
-             {R"("a b )", {"a b "}},
              {R"("a b" )", {"a b", ""}},
              {R"(abc"d e" f)", {"bc\"d e", "f"}},
-             {R"(ab"c)", {"b\"c"}},
              {R"(")", {""}},
              {R"(""")", {"\""}},
              {R"(" a")", {"", ""}},
-             {R"(a ")", {"a", ""}},
          }) {
         EXPECT_EQ(TokenizeCommandLine(raw), tokens) << raw;
     }
@@ -35,7 +30,6 @@ TEST(CommandLine, IsSplitByTheRulesThatCallersRelyOn) {
 
 TEST(CommandLine, IsRebuiltSoThatTheArgumentsComeBack) {
     for (const Tokens& arguments : {
-             Tokens{"-cmd", "48000", "r.qsr", "qsr", ".\\f.txt", "t.txt", "-noprompt"},
              Tokens{"-cmd", "", "a folder/r b.qsr", "", "", "", ""},
              Tokens{"-cmd", "say \"so", "\"quoted\"", "\"", "a\"b", "tab\t", "\\", "end "},
          }) {
@@ -50,10 +44,7 @@ TEST(CommandLine, PutsTheFilterFileWhereTheCallerMeansIt) {
              {R"(..\f.txt)", R"(/app/\f.txt)"},
              {R"(.hidden\f.txt)", R"(/app/idden\f.txt)"},
              {".f", "/app/"},
-             {".", "/app/"},
-             {"f.txt", "/app/f.txt"},
              {"x/f.txt", "/app/x/f.txt"},
-             {R"(D:\x\f.txt)", R"(D:\x\f.txt)"},
              {R"(x\.f)", R"(x\.f)"},
              {R"(\f.txt)", R"(\f.txt)"},
          }) {
@@ -70,7 +61,6 @@ TEST(CommandLine, SetsTheValuesOfABatchStart) {
         std::string filter, target;
         bool prompt;
     } cases[] = {
-        {{}, 48000, "", true, "", "", false},
         {{"-cmd", "44100"}, 48000, "", true, "", "", false},
         {{"-CMD", "44100", "r", "qsr", "f"}, 48000, "", true, "", "", false},
         {{"-cmd", "44100", "R.csv"}, 44100, "R.csv", true, "", "", false},
@@ -79,23 +69,19 @@ TEST(CommandLine, SetsTheValuesOfABatchStart) {
         {{"-cmd", "96000", "r", "qsr", "f", "t", ""}, 96000, "r", false, "/app/f", "t", true},
         {{"-cmd", "1", "r", "qsr", "f", "-noprompt"}, 1, "r", false, "/app/f", "-noprompt", true},
         {{"-cmd", "1", "r", "qsr", "", "t", "x"}, 1, "r", false, "", "t", false},
-        {{"-cmd", "0", "r", "QSR"}, 48000, "r", true, "", "", false},
-        {{"-cmd", "-5", "r", ""}, 48000, "r", true, "", "", false},
-        {{"-cmd", "x44100", "r", "csv"}, 48000, "r", true, "", "", false},
+        {{"-cmd", "-5", "r", "QSR"}, 48000, "r", true, "", "", false},
         {{"-cmd", " 32000Hz", "", "qsr"}, 32000, "", false, "", "", false},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.tokens));
         ProgramValues values;
         values.AppDirectory = "/app/";
         tests::RecordingMessages messages;
-        EXPECT_EQ(InterpretCommandLine(c.tokens, values, messages), c.prompt);
-        EXPECT_EQ(values.InputSampleRate, c.rate);
-        EXPECT_EQ(values.FilterSampleRate, c.rate);
-        EXPECT_EQ(values.ResponseFilePath, c.response);
-        EXPECT_EQ(values.ResponseIsCsv, c.isCsv);
-        EXPECT_EQ(values.FilterFilePath, c.filter);
-        EXPECT_EQ(values.TargetFilePath, c.target);
+        const bool prompt = InterpretCommandLine(c.tokens, values, messages);
+        EXPECT_THAT(
+            std::tie(values.InputSampleRate, values.FilterSampleRate, values.ResponseFilePath,
+                     values.ResponseIsCsv, values.FilterFilePath, values.TargetFilePath, prompt),
+            testing::FieldsAre(c.rate, c.rate, c.response, c.isCsv, c.filter, c.target, c.prompt))
+            << testing::PrintToString(c.tokens);
         EXPECT_TRUE(messages.errors.empty());  // a missing target file is none
     }
 }

@@ -1,4 +1,4 @@
-// Register dumps, and filter files as a person hands them in.
+// Register dumps, and filter files as the calling tool gets them and a person hands them in.
 #include <gmock/gmock.h>
 
 #include "files/FilterFile.h"
@@ -30,29 +30,28 @@ TEST(RegisterDump, HasALineForEveryRegister) {
     EXPECT_THAT(text, EndsWith("\n77\t07172737\n"));
 }
 
-TEST(FilterFile, BothShapesAreReadBack) {
+// The reference's, with other addresses, and read with blanks in it as well.
+TEST(FilterFile, OfEitherShapeIsReadAndWrittenByteForByte) {
     const tests::TemporaryFolder folder;
-    RegisterAddressConfig config;
-    config.addresses = {0x30, 0x31, 5, 0xFF, 0x29, 0x2A, 0x1234567};
-    std::vector<int32_t> words(35);
-    for (int32_t i = 0; i < 35; ++i) {
-        words[i] = (i * 0x1F2E3D5) & 0x3FFFFFF;
-    }
-    for (const int32_t format : {4, 20}) {
-        config.outputFormat = format;
-        std::string text = FormatFilterFile(words, config);
-        text.insert(text.find("\n0x31"), " \t\r\n\n");
-        const auto records = ReadCheckedFilterFile(folder.write("f", text));
-        for (int32_t k = 0; k < 7; ++k) {
-            EXPECT_EQ(records[k].address, config.addresses[k]);
-            EXPECT_THAT(records[k].words,
-                        testing::ElementsAreArray(std::span(words).subspan(5 * k, 5)));
+    for (const tests::GoldenCase& golden : tests::GoldenCases()) {
+        std::string text = tests::Contents(tests::GoldenPath(golden.name + ".filter.txt"));
+        text.replace(text.find("0x29"), 4, "0x05").replace(text.find("0x2A"), 4, "0x1234567");
+        std::string withBlanks = text;
+        withBlanks.insert(text.find("\n0x2B"), " \t\r\n\n");
+        RegisterAddressConfig config;
+        config.outputFormat = text.find("0xFF") == std::string::npos ? 20 : 4;
+        config.addresses = {};
+        std::vector<int32_t> words;
+        for (const auto& record : ReadCheckedFilterFile(folder.write("f", withBlanks))) {
+            config.addresses.at(words.size() / 5) = record.address;
+            words.insert(words.end(), record.words.begin(), record.words.end());
         }
+        EXPECT_EQ(words, tests::ParseFilterFile(text).words);
+        EXPECT_EQ(FormatFilterFile(words, config), text);
     }
 }
 
-TEST(FilterFile, WhatIsWrongIsToldWithItsLine) {
-    const tests::TemporaryFolder folder;
+TEST(FilterFile, IsRefusedWithTheLineOfWhatIsWrong) {
     const std::string zeros = " 00 00 00 00";
     const std::string section = zeros + zeros + zeros + zeros + zeros + "\n";
     std::string six;
@@ -60,27 +59,22 @@ TEST(FilterFile, WhatIsWrongIsToldWithItsLine) {
         six += address + section;
     }
     const std::string expectAddress = "expected an address such as 0x29 and 20 or 4 bytes";
-    const std::string expectMore = "expected 0xFF and the next 4 bytes of the section";
     const std::string expectWord = "expected words of four bytes up to 03 FF FF FF";
-    const std::pair<std::string, std::string> cases[] = {
-        {"", ":0: the file ends before the end of the seventh section"},
-        {six + "0x2F" + zeros + "\n0xFF" + zeros, ":8: the file ends before"},
-        {six + "0x2F" + section + "\n0x30" + section, ":9: expected nothing behind the seventh"},
-        {"29" + section, ":1: " + expectAddress},
-        {"0x12345678" + section, ":1: " + expectAddress},
-        {"0x29" + zeros + zeros + "\n", ":1: " + expectAddress},
-        {"0x29" + zeros + "\n0x2A" + zeros, ":2: " + expectMore},
-        {"0x29 04 00 00 00\n", ":1: " + expectWord},
-        {"0x29 00 00 000 0\n", ":1: " + expectWord},
-    };
-    for (const auto& [text, complaint] : cases) {
-        const std::string path = folder.write("f", text);
-        EXPECT_THAT(tests::ComplaintOf([&] { ReadCheckedFilterFile(path); }),
-                    testing::StartsWith(path + complaint))
-            << text;
-    }
-    EXPECT_THAT(tests::ComplaintOf([&] { ReadCheckedFilterFile(folder / "none"); }),
-                EndsWith("none: cannot be opened"));
+    tests::ExpectRefusals(
+        {
+            {"", ":0: the file ends before the end of the seventh section"},
+            {six + "0x2F" + zeros + "\n0xFF" + zeros, ":8: the file ends before"},
+            {six + "0x2F" + section + "\n0x30" + section,
+             ":9: expected nothing behind the seventh"},
+            {"29" + section, ":1: " + expectAddress},
+            {"0x12345678" + section, ":1: " + expectAddress},
+            {"0x29" + zeros + zeros + "\n", ":1: " + expectAddress},
+            {"0x29" + zeros + "\n0x2A" + zeros,
+             ":2: expected 0xFF and the next 4 bytes of the section"},
+            {"0x29 04 00 00 00\n", ":1: " + expectWord},
+            {"0x29 00 00 000 0\n", ":1: " + expectWord},
+        },
+        ReadCheckedFilterFile);
 }
 
 }  // namespace

@@ -20,14 +20,6 @@ CsvTable tableOf(const Rows& rows) {
     return table;
 }
 
-std::string manyRows(int count) {
-    std::string text;
-    for (int i = 0; i < count; ++i) {
-        text += std::to_string(i) + ",1\n";
-    }
-    return text;
-}
-
 TEST(CsvRows, EndAtTheFirstLineOfAnotherForm) {
     const tests::TemporaryFolder folder;
     const struct {
@@ -58,34 +50,25 @@ TEST(CsvRows, EndAtTheFirstLineOfAnotherForm) {
     CsvTable table = tableOf({{9, 9}});
     EXPECT_FALSE(ReadCsvRows(folder / "none.csv", table));
     EXPECT_EQ(table.count, 0);
-    EXPECT_TRUE(ReadCsvRows(folder.write("t.csv", manyRows(40000)), table));
+    std::string many;
+    for (int i = 0; i < 40000; ++i) {
+        many += std::to_string(i) + ",1\n";
+    }
+    EXPECT_TRUE(ReadCsvRows(folder.write("t.csv", many), table));
     EXPECT_EQ(table.count, 32768);
     EXPECT_EQ(table.frequency[32767], 32767.0);
 }
 
 TEST(CsvRows, OfEqualFrequencyKeepTheirOrder) {
-    Rows rows;
+    CsvTable table;
+    table.allocate();
     Rows sorted;
     for (int i = 0; i < 300; ++i) {
-        rows.emplace_back(-(i % 3), i);
+        table.add(-(i % 3), i);
         sorted.emplace_back(i / 100 - 2, i % 100 * 3 + 2 - i / 100);
     }
-    CsvTable table = tableOf(rows);
     SortCsvRows(table);
     EXPECT_EQ(RowsOf(table), sorted);
-}
-
-TEST(CsvMagnitudes, RoundFromAFractionOf49HundredthsUp) {
-    for (const auto& [position, bin] : Rows{{0, 0},
-                                            {0.4899, 0},
-                                            {0.49, 1},
-                                            {2.49, 3},
-                                            {2.4899, 2},
-                                            {7, 7},
-                                            {81.92, 82},
-                                            {-0.6, -1}}) {
-        EXPECT_EQ(RoundBin(position), bin) << position;
-    }
 }
 
 // Runs of one level each: the bin behind the last, and the level.
@@ -106,16 +89,13 @@ TEST(CsvMagnitudes, HoldEachRowFromItsOwnBinToTheNextRows) {
                {{82, 0}, {16384, -6}, {32768, 0}});
     expectRuns(tableOf({{20, -3}, {24000.9, 5}}), 1.46484375, {{16385, -3}, {32768, 5}});
     expectRuns(tableOf({{1000, -12}}), 1000.0 / 16384.0, {{32768, -12}});
+    // Up from a fraction of 0.49 on.
+    expectRuns(tableOf({{0.4899, 1}, {2.49, 2}, {7.4899, 3}, {9, 4}, {16384, 5}}), 1.0,
+               {{3, 1}, {7, 2}, {9, 3}, {16384, 4}, {32768, 5}});
     // Of rows that share a bin the last one holds.
     expectRuns(tableOf({{100, 9}, {100.1, 7}, {100.2, 1}, {16384, 2}}), 1.0,
                {{100, 9}, {16384, 1}, {32768, 2}});
     expectRuns(tableOf({{0.5, 4}}), 0.0, {{32768, 4}});  // no spacing at all
-}
-
-TEST(CsvTableEnd, StandsAtHalfTheRateForATableAboveIt) {
-    CsvTable table = tableOf({{30000, 1}, {40000, 2}});
-    EndTableAtHalfRate(table, 48000);
-    EXPECT_EQ(RowsOf(table), (Rows{{24000, 1}}));
 }
 
 }  // namespace

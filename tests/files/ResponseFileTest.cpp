@@ -1,16 +1,28 @@
+// Impulse responses: speaker response files, raw samples, and samples of another number.
 #include <bit>
 #include <cmath>
+#include <filesystem>
 
 #include <gmock/gmock.h>
 
+#include "files/ImpulseResponse.h"
 #include "files/ResponseFile.h"
 #include "files/TestFiles.h"
+#include "support/WaveBytes.h"
 
 namespace tonvane {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
-using tests::ResponseBytes;
+
+std::string responseBytes(int32_t rate, const std::vector<double>& samples) {
+    std::string bytes = tests::LittleEndian(static_cast<uint32_t>(rate), 4);
+    for (const double sample : samples) {
+        bytes += tests::LittleEndian(std::bit_cast<uint64_t>(sample), 8);
+    }
+    return bytes;
+}
 
 TEST(ResponseFile, ReadsBackBitForBitWhatWasWritten) {
     const tests::TemporaryFolder folder;
@@ -19,74 +31,143 @@ TEST(ResponseFile, ReadsBackBitForBitWhatWasWritten) {
         samples[i] = std::bit_cast<double>(i * 0x9E3779B97F4A7C15U);  // NaN and denormals as well
     }
     ASSERT_TRUE(WriteResponseFile(folder / "r.qsr", -44100, samples));
-    EXPECT_TRUE(tests::Contents(folder / "r.qsr") == ResponseBytes(-44100, samples));
+    EXPECT_TRUE(tests::Contents(folder / "r.qsr") == responseBytes(-44100, samples));
     int32_t rate = 0;
     std::vector<double> read(responseFileSamples);
     ASSERT_TRUE(ReadResponseFile(folder / "r.qsr", rate, read));
-    EXPECT_TRUE(ResponseBytes(rate, read) == ResponseBytes(-44100, samples));
+    EXPECT_TRUE(responseBytes(rate, read) == responseBytes(-44100, samples));
     EXPECT_FALSE(WriteResponseFile(folder / "none/r.qsr", 48000, samples));
 }
 
 TEST(ResponseFile, ThatIsShortOrMissingLeavesTheRestAsItWas) {
     const tests::TemporaryFolder folder;
-    const std::string whole = ResponseBytes(48000, {0.25, 0.5});
-    const struct {
-        std::string path;
-        bool opened;
-        int32_t rate;
-        double first, second;
-    } cases[] = {
-        {folder / "none", false, 7, 9, 9},
-        {folder.path(), false, 7, 9, 9},
-        {folder.write("3", whole.substr(0, 3)), true, 7, 9, 9},
-        {folder.write("4", whole.substr(0, 4)), true, 48000, 9, 9},
-        {folder.write("19", whole.substr(0, 19)), true, 48000, 0.25, 9},
-        {folder.write("20", whole), true, 48000, 0.25, 0.5},
-    };
-    for (const auto& c : cases) {
-        int32_t rate = 7;
-        std::vector<double> samples(responseFileSamples, 9.0);
-        EXPECT_EQ(ReadResponseFile(c.path, rate, samples), c.opened) << c.path;
-        EXPECT_EQ(rate, c.rate) << c.path;
-        EXPECT_EQ(samples[0], c.first) << c.path;
-        EXPECT_EQ(samples[1], c.second) << c.path;
+    const std::string whole = responseBytes(48000, {0.25, 0.5});
+    int32_t rate = 7;
+    std::vector<double> samples(responseFileSamples, 9.0);
+    EXPECT_FALSE(ReadResponseFile(folder / "none", rate, samples));
+    EXPECT_FALSE(ReadResponseFile(folder.path(), rate, samples));
+    for (const size_t length : {0, 3, 4, 11, 12, 19, 20}) {
+        EXPECT_TRUE(ReadResponseFile(folder.write("r", whole.substr(0, length)), rate, samples));
+        EXPECT_EQ(rate, length < 4 ? 7 : 48000) << length;
+        EXPECT_EQ(samples[0], length < 12 ? 9.0 : 0.25) << length;
+        EXPECT_EQ(samples[1], length < 20 ? 9.0 : 0.5) << length;
     }
 }
 
 TEST(ResponseFile, CheckedReaderSaysWhatIsWrong) {
-    const tests::TemporaryFolder folder;
-    std::vector<double> good(responseFileSamples);
-    good[32] = 1.0;
-    const auto with = [&](size_t i, double value) {
-        auto samples = good;
+    const auto with = [](size_t i, double value) {
+        std::vector<double> samples(responseFileSamples);
+        samples[32] = 1.0;
         samples[i] = value;
         return samples;
     };
-    const struct {
-        std::string bytes;
-        const char* complaint;
-    } cases[] = {
-        {ResponseBytes(48000, good).substr(0, 4), "262148 bytes, found 4"},
-        {ResponseBytes(48000, good).substr(1), "262148 bytes, found 262147"},
-        {ResponseBytes(48000, good) + "x", "262148 bytes, found more"},
-        {ResponseBytes(7999, good), "7999 Hz, expected 8000 to 192000 Hz"},
-        {ResponseBytes(192001, good), "192001 Hz"},
-        {ResponseBytes(-48000, good), "-48000 Hz"},
-        {ResponseBytes(48000, with(0, std::nan(""))), "sample 0"},
-        {ResponseBytes(48000, with(32767, -HUGE_VAL)), "sample 32767"},
-        {ResponseBytes(48000, with(32, 0.0)), "silence"},
-    };
-    for (const auto& c : cases) {
-        const std::string path = folder.write("bad.qsr", c.bytes);
-        EXPECT_THAT(tests::ComplaintOf([&] { ReadCheckedResponseFile(path); }),
-                    AllOf(HasSubstr(path), HasSubstr(c.complaint)));
-    }
+    const std::vector<double> good = with(32, -0.5);
+    const std::string bytes = responseBytes(48000, good);
+    tests::ExpectRefusals(
+        {
+            {bytes.substr(0, 4), ": expected a speaker response of 262148 bytes, found 4"},
+            {bytes.substr(1), ": expected a speaker response of 262148 bytes, found 262147"},
+            {bytes + "x", ": expected a speaker response of 262148 bytes, found more"},
+            {responseBytes(7999, good),
+             ": the file's sample rate is 7999 Hz, expected 8000 to 192000 Hz"},
+            {responseBytes(192001, good), ": the file's sample rate is 192001 Hz"},
+            {responseBytes(-48000, good), ": the file's sample rate is -48000 Hz"},
+            {responseBytes(48000, with(0, std::nan(""))), ": sample 0 "},
+            {responseBytes(48000, with(32767, -HUGE_VAL)), ": sample 32767 "},
+            {responseBytes(48000, with(32, 0.0)), ": the response is silence"},
+        },
+        ReadCheckedResponseFile);
+    const tests::TemporaryFolder folder;
     for (const int32_t rate : {8000, 192000}) {
         const auto response =
-            ReadCheckedResponseFile(folder.write("good.qsr", ResponseBytes(rate, good)));
+            ReadCheckedResponseFile(folder.write("good.qsr", responseBytes(rate, good)));
         EXPECT_EQ(response.rate, rate);
         EXPECT_EQ(response.samples, good);
     }
+}
+
+TEST(RawSamples, AreLittleEndianFloat32) {
+    const tests::TemporaryFolder folder;
+    const std::string bytes("\x00\x00\x80\x3F\x00\x00\x00\xC0", 8);  // 1, -2
+    EXPECT_THAT(ReadRawSamples(folder.write("r.f32", bytes)), ElementsAre(1.0, -2.0));
+    EXPECT_EQ(FormatRawSamples(std::vector{1.0, -2.0}), bytes);
+    const std::string expected = ": expected float32 samples, four bytes each, up to 64 MB; found ";
+    tests::ExpectRefusals({{"", expected + "0 bytes"}, {bytes.substr(1), expected + "7 bytes"}},
+                          ReadRawSamples);
+}
+
+// A pulse that falls by 60 dB in 3000 samples, in a floor of the given level.
+std::vector<double> decay(size_t count, size_t onset, double floorLevel) {
+    std::vector<double> samples(count);
+    for (size_t i = 0; i < count; ++i) {
+        samples[i] = i % 2 == 0 ? floorLevel : -floorLevel;
+        if (i >= onset) {
+            samples[i] += std::pow(10.0, -static_cast<double>(i - onset) / 1000.0);
+        }
+    }
+    return samples;
+}
+
+TEST(ImpulseOfAnotherLength, IsFilledUpOrCutWhereNothingIsLost) {
+    InputNotes notes;
+    const auto filled = FitImpulse("w", {0.5, -0.25}, notes);
+    ASSERT_EQ(filled.size(), 32768U);
+    EXPECT_THAT(std::span(filled).first(4), ElementsAre(0.5, -0.25, 0, 0));
+    EXPECT_THAT(notes.texts(), ElementsAre(HasSubstr("2 samples, filled up with zeros")));
+
+    const struct {
+        size_t count, onset, first;
+        double floorLevel;
+    } cases[] = {
+        {65536, 100, 0, 0.0},
+        {65536, 20000, 0, 1e-5},
+        {131072, 48000, 48000 - 1024, 1e-5},
+        {33000, 32000, 33000 - 32768, 0.0},
+    };
+    for (const auto& c : cases) {
+        const auto samples = decay(c.count, c.onset, c.floorLevel);
+        InputNotes told;
+        const auto cut = FitImpulse("w", samples, told);
+        EXPECT_TRUE(std::ranges::equal(cut, std::span(samples).subspan(c.first, 32768))) << c.onset;
+        EXPECT_THAT(told.texts(), ElementsAre(HasSubstr("from sample " + std::to_string(c.first))));
+        InputNotes strict(true);
+        EXPECT_NE(tests::ComplaintOf([&] { FitImpulse("w", samples, strict); }), "");
+    }
+}
+
+// Of the pulse's energy of 217.6 (1/(1 - 10^-0.002)) the floor of 0.01 holds 1e-4 * 98304 outside:
+// 10 lg(9.83 / (217.6 + 13.1)) = -13.7 dB.
+TEST(ImpulseOfAnotherLength, IsRefusedWhereTooMuchWouldBeLost) {
+    auto faulty = decay(40000, 0, 0.0);
+    faulty[7] = std::nan("");
+    const struct {
+        std::vector<double> samples;
+        const char* complaint;
+    } cases[] = {
+        {decay(131072, 100, 0.01),
+         "w: the file has 131072 samples, 32768 are used; the others "
+         "hold -13.7 dB of its energy"},
+        {std::vector<double>(40000), "w: the response is silence"},
+        {faulty, "w: sample 7 "},
+    };
+    for (const auto& c : cases) {
+        InputNotes notes;
+        EXPECT_THAT(tests::ComplaintOf([&] { FitImpulse("w", c.samples, notes); }),
+                    testing::StartsWith(c.complaint));
+    }
+}
+
+TEST(ResponsePath, IsInLowerCaseOnlyIfThatFileExists) {
+    const tests::TemporaryFolder folder;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    EXPECT_EQ(FindLowerCasePath("R.QSR"), "R.QSR");
+    std::filesystem::create_directory("r.qsr");
+    EXPECT_EQ(FindLowerCasePath("R.QSR"), "R.QSR");
+    std::filesystem::remove("r.qsr");
+    folder.write("r.qsr", "");
+    EXPECT_EQ(FindLowerCasePath("R.QSR"), "r.qsr");
+    std::filesystem::current_path(before);
 }
 
 }  // namespace

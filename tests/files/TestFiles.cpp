@@ -1,66 +1,14 @@
 #include "files/TestFiles.h"
 
-#include <bit>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include "design/CascadeResponse.h"
 
 namespace tonvane::tests {
-
-namespace fs = std::filesystem;
-
-TemporaryFolder::TemporaryFolder() {
-    std::string form = (fs::temp_directory_path() / "tonvane test XXXXXX").string();
-    path_ = mkdtemp(form.data()) != nullptr ? form : "";
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-}
-
-std::string TemporaryFolder::write(const std::string& name, const std::string& contents) const {
-    std::ofstream(*this / name, std::ios::binary) << contents;
-    return *this / name;
-}
-
-std::string TemporaryFolder::copyGolden(const std::string& name, const std::string& as) const {
-    return write(as, Contents(GoldenPath(name)));
-}
-
-std::set<std::string> TemporaryFolder::names() const {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(path_)) {
-        names.insert(entry.path().filename().string());
-    }
-    return names;
-}
-
-std::string Contents(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return in.is_open() ? std::string(std::istreambuf_iterator<char>(in), {}) : "no file";
-}
-
-std::string ResponseBytes(int32_t rate, const std::vector<double>& samples) {
-    std::string bytes;
-    const auto append = [&](uint64_t value, int count) {
-        for (int i = 0; i < count; ++i) {
-            bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFFU));
-        }
-    };
-    append(static_cast<uint32_t>(rate), 4);
-    for (const double sample : samples) {
-        append(std::bit_cast<uint64_t>(sample), 8);
-    }
-    return bytes;
-}
 
 Rows RowsOf(const CsvTable& table) {
     Rows rows;
@@ -109,13 +57,13 @@ void PrintTo(const GoldenCase& golden, std::ostream* out) {
     *out << golden.name;
 }
 
-std::optional<std::string> MakeCommaLocale(const std::string& folder) {
-    const std::string command =
-        "localedef -i de_DE -f UTF-8 '" + folder + "/" + commaLocale + "' >/dev/null 2>&1";
-    if (std::system(command.c_str()) != 0 || !fs::exists(folder + "/" + commaLocale)) {
-        return "localedef cannot make a locale; it needs the sources of the Debian package locales";
+void ExpectRefusals(const Refusals& cases, const std::function<void(const std::string&)>& read) {
+    const TemporaryFolder folder;
+    for (const auto& [contents, complaint] : cases) {
+        const std::string path = folder.write("f", contents);
+        EXPECT_THAT(ComplaintOf([&] { read(path); }), testing::StartsWith(path + complaint));
     }
-    return std::nullopt;
+    EXPECT_EQ(ComplaintOf([&] { read(folder / "none"); }), folder / "none: cannot be opened");
 }
 
 }  // namespace tonvane::tests

@@ -1,51 +1,19 @@
-// A folder of its own for a test, and what tests do with the files in it.
+// What tests do with the files of this room.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <iosfwd>
-#include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "files/CsvTable.h"
 #include "files/InputError.h"
+#include "support/Files.h"
 #include "support/Golden.h"
 
 namespace tonvane::tests {
-
-// Has a blank in its name; removed with everything in it at the end of the test.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    [[nodiscard]] const std::string& path() const { return path_; }
-    [[nodiscard]] std::string operator/(const std::string& name) const {
-        return path_ + "/" + name;
-    }
-
-    // Writes a file and returns its path.
-    std::string write(const std::string& name, const std::string& contents) const;
-
-    // A copy of a file of the golden cases.
-    std::string copyGolden(const std::string& name, const std::string& as) const;
-
-    // The names in the folder: shows temporary files left behind.
-    [[nodiscard]] std::set<std::string> names() const;
-
-  private:
-    std::string path_;
-};
-
-// "no file" for one that cannot be opened.
-std::string Contents(const std::string& path);
-
-// The bytes of a speaker response file.
-std::string ResponseBytes(int32_t rate, const std::vector<double>& samples);
 
 // Frequencies and levels of a table.
 using Rows = std::vector<std::pair<double, double>>;
@@ -61,10 +29,6 @@ FilterRecords ParseFilterFile(const std::string& text);
 // Expects the response of these words where the golden case has it: within 0.02 dB, 0.01 dB RMS.
 void ExpectGoldenResponse(const std::vector<int32_t>& words, const GoldenCase& golden);
 
-// Makes a locale with a decimal comma, for LOCPATH to point at; the reason of a failure.
-constexpr const char* commaLocale = "de_DE.UTF-8";
-std::optional<std::string> MakeCommaLocale(const std::string& folder);
-
 // How a failing test names its case.
 void PrintTo(const GoldenCase& golden, std::ostream* out);
 
@@ -78,5 +42,11 @@ std::string ComplaintOf(Action action) {
     }
     return {};
 }
+
+// The contents of a file, and how the complaint about it begins behind the file's path.
+using Refusals = std::vector<std::pair<std::string, std::string>>;
+
+// Expects a reader for people to refuse these files, and one that is not there.
+void ExpectRefusals(const Refusals& cases, const std::function<void(const std::string&)>& read);
 
 }  // namespace tonvane::tests

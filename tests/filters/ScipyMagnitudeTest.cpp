@@ -1,6 +1,7 @@
 // All five families in all four band types against an independent program's magnitudes.
+#include <algorithm>
+#include <cmath>
 #include <fstream>
-#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -9,86 +10,64 @@
 
 #include "filters/ClassicFilter.h"
 #include "filters/Magnitude.h"
+#include "support/Files.h"
 
 namespace tonvane::tests {
 namespace {
 
 using enum FilterFamily;
-using enum BandType;
-
-struct ScipyFilter {
-    FilterFamily family;
-    BandType band;
-    int32_t order;
-    double edge;
-    double bandwidth;
-    struct Point {
-        double frequency, decibels, tolerance;
-    };
-    std::vector<Point> points;
-};
-
-// The file says how its figures were made; frequencies are fractions of the sample frequency.
-std::vector<ScipyFilter> scipyFilters() {
-    const std::map<std::string, FilterFamily> families{{"Butterworth", Butterworth},
-                                                       {"Chebyshev1", Chebyshev1},
-                                                       {"Chebyshev2", Chebyshev2},
-                                                       {"Elliptic", Elliptic},
-                                                       {"Bessel", Bessel}};
-    const std::map<std::string, BandType> bands{{"LowPass", LowPass},
-                                                {"HighPass", HighPass},
-                                                {"BandPass", BandPass},
-                                                {"BandStop", BandStop}};
-    std::vector<ScipyFilter> filters;
-    std::ifstream in(TONVANE_TEST_DATA "/filters/scipy-magnitudes.txt");
-    for (std::string line; std::getline(in, line);) {
-        std::istringstream fields(line);
-        if (line.starts_with("  ")) {
-            ScipyFilter::Point& point = filters.back().points.emplace_back();
-            fields >> point.frequency >> point.decibels >> point.tolerance;
-        } else if (!line.starts_with("#")) {
-            ScipyFilter& filter = filters.emplace_back();
-            std::string family;
-            std::string band;
-            fields >> family >> band >> filter.order >> filter.edge >> filter.bandwidth;
-            filter.family = families.at(family);
-            filter.band = bands.at(band);
-        }
-    }
-    return filters;
-}
 
 constexpr double chebyshev2Decibels = 40.0;
 
-CRationalFunction design(const ScipyFilter& f) {
-    const double halfPower = 10.0 * std::log10(2.0);
-    const double pass = f.family == Elliptic ? 0.5 : f.family == Chebyshev1 ? 1.0 : halfPower;
-    const double stop = f.family == Elliptic ? 60.0 : chebyshev2Decibels;
-    return DesignClassicFilter(f.family, f.band, f.order, pass, stop, 1.0, f.edge, f.bandwidth);
-}
-
-// An even-order Chebyshev stop-band filter has a loss at s = 0 that the textbook's has not: its
-// stop-band epsilon, turned over, enters as though it were a pass-band ripple.
-double lossBesideTextbook(const ScipyFilter& f) {
+// The design that a line of the file tells: family band order edge bandwidth.
+CRationalFunction design(std::istream& line, double& lossBesideTextbook) {
+    const auto read = [&line](const std::vector<std::string>& names) {
+        std::string name;
+        line >> name;
+        return std::ranges::find(names, name) - names.begin();
+    };
+    const auto family = static_cast<FilterFamily>(
+        read({"Butterworth", "Chebyshev1", "Chebyshev2", "Elliptic", "Bessel"}));
+    const auto band = static_cast<BandType>(read({"LowPass", "HighPass", "BandPass", "BandStop"}));
+    int32_t order = 0;
+    double edge = 0.0;
+    double bandwidth = 0.0;
+    line >> order >> edge >> bandwidth;
+    // An even-order Chebyshev stop-band filter has a loss at s = 0 that the textbook's has not: its
+    // stop-band epsilon, turned over, enters as though it were a pass-band ripple.
     const double turnedOver = 1.0 / (std::pow(10.0, chebyshev2Decibels / 10.0) - 1.0);
-    const bool hasLoss = f.family == Chebyshev2 && f.order % 2 == 0;
-    return hasLoss ? 10.0 * std::log10(1.0 + turnedOver) : 0.0;
+    const bool hasLoss = family == Chebyshev2 && order % 2 == 0;
+    lossBesideTextbook = hasLoss ? 10.0 * std::log10(1.0 + turnedOver) : 0.0;
+
+    const double halfPower = 10.0 * std::log10(2.0);
+    const double pass = family == Elliptic ? 0.5 : family == Chebyshev1 ? 1.0 : halfPower;
+    const double stop = family == Elliptic ? 60.0 : chebyshev2Decibels;
+    return DesignClassicFilter(family, band, order, pass, stop, 1.0, edge, bandwidth);
 }
 
-TEST(ClassicFilters, LevelsDepartFromTheIndependentProgram) {
-    const auto filters = scipyFilters();
-    ASSERT_EQ(filters.size(), 55U);
-    for (const auto& filter : filters) {
-        SCOPED_TRACE(testing::Message()
-                     << "family " << int(filter.family) << ", band " << int(filter.band)
-                     << ", order " << filter.order << ", edge " << filter.edge);
-        const auto h = design(filter);
-        for (const auto& point : filter.points) {
-            EXPECT_NEAR(DigitalDecibels(h, point.frequency),
-                        point.decibels - lossBesideTextbook(filter), point.tolerance)
-                << "at " << point.frequency;
+// The file says how its figures were made; frequencies are fractions of the sample frequency.
+TEST(ClassicFilters, LevelsAreThoseOfAnIndependentProgram) {
+    CRationalFunction h;
+    double loss = 0.0;
+    std::string filter;
+    int32_t filters = 0;
+    std::ifstream in(TestData("filters/scipy-magnitudes.txt"));
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream fields(line);
+        double frequency = 0.0;
+        double decibels = 0.0;
+        double tolerance = 0.0;
+        if (line.starts_with("  ")) {
+            fields >> frequency >> decibels >> tolerance;
+            EXPECT_NEAR(DigitalDecibels(h, frequency), decibels - loss, tolerance)
+                << filter << " at " << frequency;
+        } else if (!line.starts_with("#")) {
+            h = design(fields, loss);
+            filter = line;
+            ++filters;
         }
     }
+    EXPECT_EQ(filters, 55);
 }
 
 }  // namespace

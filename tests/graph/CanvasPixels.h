@@ -20,31 +20,23 @@ constexpr int32_t canvasHeight = 48;
 template <typename Device>
 class CanvasPixels : public testing::Test {
   protected:
-    static constexpr int32_t width = canvasWidth;
-    static constexpr int32_t height = canvasHeight;
-
-    CanvasPixels() { canvas.fillRectangle({0, 0, width, height}, 0xFFFFFF); }
-    [[nodiscard]] uint32_t at(int32_t x, int32_t y) const { return device.at(x, y) & 0xFFFFFFU; }
-    [[nodiscard]] std::vector<uint32_t> pixels() const {
-        std::vector<uint32_t> all;
-        for (int32_t y = 0; y < height; ++y) {
-            for (int32_t x = 0; x < width; ++x) {
-                all.push_back(at(x, y));
-            }
-        }
-        return all;
+    CanvasPixels() { clear(); }
+    void clear() { canvas.fillRectangle({0, 0, canvasWidth, canvasHeight}, 0xFFFFFF); }
+    void draw(int32_t penWidth, const std::vector<Segment>& segments) {
+        canvas.setPen(0x000000, penWidth);
+        canvas.drawLines(segments);
     }
+    [[nodiscard]] uint32_t at(int32_t x, int32_t y) const { return device.at(x, y) & 0xFFFFFFU; }
     // The painted area in pixels, of black on white.
-    [[nodiscard]] double inkOn(const Rectangle& r) const {
-        double ink = 0.0;
+    [[nodiscard]] double ink(const Rectangle& r = {0, 0, canvasWidth, canvasHeight}) const {
+        double sum = 0.0;
         for (int32_t y = r.top; y < r.bottom; ++y) {
             for (int32_t x = r.left; x < r.right; ++x) {
-                ink += 1.0 - (at(x, y) & 0xFFU) / 255.0;
+                sum += 1.0 - (at(x, y) & 0xFFU) / 255.0;
             }
         }
-        return ink;
+        return sum;
     }
-    [[nodiscard]] double ink() const { return inkOn({0, 0, width, height}); }
 
     Device device;
     Canvas& canvas = device.canvas;
@@ -63,77 +55,73 @@ TYPED_TEST_P(CanvasPixels, ColoursHaveRedInTheLowByte) {
 }
 
 TYPED_TEST_P(CanvasPixels, UprightAndLevelLinesAreSharp) {
-    this->canvas.setPen(0x000000, 1);
-    const Segment level{{3, 5}, {12, 5}};
-    this->canvas.drawLines({&level, 1});
-    EXPECT_EQ(this->ink(), 10.0);
-    EXPECT_EQ(this->inkOn({3, 5, 13, 6}), 10.0);
-    this->canvas.setPen(0x000000, 2);
-    const Segment upright{{30, 40}, {30, 20}};
-    this->canvas.drawLines({&upright, 1});
-    EXPECT_EQ(this->inkOn({29, 19, 31, 41}), 44.0);
-    EXPECT_EQ(this->ink(), 54.0);
-    const Segment point{{50, 40}, {50, 40}};
-    this->canvas.drawLines({&point, 1});
-    EXPECT_EQ(this->ink(), 54.0);
+    this->draw(1, {{{3, 5}, {12, 5}}});
+    EXPECT_EQ(this->ink({3, 5, 13, 6}), 10.0);
+    this->draw(2, {{{30, 40}, {30, 20}}});
+    EXPECT_EQ(this->ink({29, 19, 31, 41}), 44.0);
+    this->draw(2, {{{50, 40}, {50, 40}}});
+    EXPECT_EQ(this->ink(), 10.0 + 44.0);
 }
 
 // A stroke covers its length times its width and a disc.
 TYPED_TEST_P(CanvasPixels, SlantedLinesCoverTheAreaOfARoundStroke) {
     for (const int32_t pen : {1, 2, 3, 6}) {
         for (const Point to : {Point{50, 30}, {20, 40}, {11, 44}, {58, 9}, {12, 11}}) {
-            this->canvas.fillRectangle({0, 0, canvasWidth, canvasHeight}, 0xFFFFFF);
-            this->canvas.setPen(0x000000, pen);
-            const Segment segment{{10, 8}, to};
-            this->canvas.drawLines({&segment, 1});
+            this->clear();
+            this->draw(pen, {{{10, 8}, to}});
             const double length = std::hypot(to.x - 10, to.y - 8);
             const double area = length * pen + std::numbers::pi * pen * pen / 4.0;
-            EXPECT_NEAR(this->ink(), area, 0.02 * area + 0.25)
-                << pen << " to " << to.x << "," << to.y;
+            EXPECT_NEAR(this->ink(), area, 0.02 * area + 0.25) << pen << " to x " << to.x;
         }
     }
+    this->clear();
+    this->canvas.setPen(0xFFFFFF, 3);
+    this->canvas.drawLines(std::vector<Segment>{{{10, 8}, {50, 30}}});
+    EXPECT_EQ(this->ink(), 0.0);
 }
 
 TYPED_TEST_P(CanvasPixels, StrokesThatMeetAreNotPaintedTwice) {
-    this->canvas.setPen(0x000000, 2);
     const Segment once{{5, 5}, {55, 40}};
-    this->canvas.drawLines({&once, 1});
-    const std::vector<uint32_t> alone = this->pixels();
-    this->canvas.fillRectangle({0, 0, canvasWidth, canvasHeight}, 0xFFFFFF);
-    const Segment thrice[] = {once, {{55, 40}, {5, 5}}, once};
-    this->canvas.drawLines(thrice);
-    EXPECT_EQ(this->pixels(), alone);
+    this->draw(2, {once});
+    const double alone = this->ink();
+    this->clear();
+    this->draw(2, {once, {once.to, once.from}, once});
+    EXPECT_EQ(this->ink(), alone);
+    this->draw(2, {once});  // a second stroke is painted over the first
+    EXPECT_GT(this->ink(), alone + 1.0);
+    this->clear();
+    this->draw(2, {{{5, 5}, {45, 45}}, {{5, 40}, {45, 8}}});
+    for (int32_t i = 8; i < 42; ++i) {
+        EXPECT_EQ(this->at(i, i), 0x000000U);  // also where they cross
+    }
 }
 
 TYPED_TEST_P(CanvasPixels, LinesFromFarAwayCrossOnlyTheClip) {
     constexpr int32_t away = 1 << 30;
-    this->canvas.setPen(0x000000, 1);
     this->canvas.clip({10, 10, 30, 30});
-    const Segment segments[] = {{{-away, -away}, {away, away}},
-                                {{12, -away}, {12, away}},
-                                {{-away, 5}, {away, 5}},
-                                {{away, 0}, {away, 40}},
-                                {{-away, away - 5}, {away, away}}};
-    this->canvas.drawLines(segments);
+    this->draw(1, {{{-away, -away}, {away, away}},
+                   {{12, -away}, {12, away}},
+                   {{-away, 5}, {away, 5}},
+                   {{away, 0}, {away, 40}},
+                   {{-away, away - 5}, {away, away}}});
     this->canvas.endClip();
-    EXPECT_EQ(this->inkOn({12, 10, 13, 30}), 20.0);
+    EXPECT_EQ(this->ink({12, 10, 13, 30}), 20.0);
     for (int32_t i = 10; i < 30; ++i) {
         EXPECT_EQ(this->at(i, i), 0x000000U);
     }
-    EXPECT_NEAR(this->ink(), this->inkOn({10, 10, 30, 30}), 1e-9);
+    EXPECT_NEAR(this->ink(), this->ink({10, 10, 30, 30}), 1e-9);
     EXPECT_LT(this->ink(), 20.0 + 30.0);
 }
 
 TYPED_TEST_P(CanvasPixels, TextIsPlacedByItsAnchor) {
     this->canvas.drawText({40, 24}, TextAnchor::baselineRight, 0x000000, "-40");
-    EXPECT_GT(this->inkOn({18, 12, 42, 25}), 20.0);
-    EXPECT_NEAR(this->ink(), this->inkOn({18, 12, 42, 25}), 1.0);
-    this->canvas.fillRectangle({0, 0, canvasWidth, canvasHeight}, 0xFFFFFF);
+    EXPECT_GT(this->ink({18, 12, 42, 25}), 20.0);
+    EXPECT_NEAR(this->ink(), this->ink({18, 12, 42, 25}), 1.0);
+    this->clear();
     this->canvas.drawText({30, 20}, TextAnchor::topCenter, 0x000000, "oo");
     EXPECT_GT(this->ink(), 5.0);
-    EXPECT_NEAR(this->inkOn({0, 0, 30, canvasHeight}),
-                this->inkOn({30, 0, canvasWidth, canvasHeight}), 0.35 * this->ink());
-    EXPECT_EQ(this->inkOn({0, 0, canvasWidth, 20}), 0.0);
+    EXPECT_NEAR(this->ink({0, 0, 30, canvasHeight}), 0.5 * this->ink(), 0.18 * this->ink());
+    EXPECT_EQ(this->ink({0, 0, canvasWidth, 20}), 0.0);
 }
 
 // The outline lies inside the rectangle, and the corners are round.

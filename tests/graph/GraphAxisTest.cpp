@@ -17,10 +17,8 @@ TEST(AxisLabel, IsInEngineeringNotation) {
         double value;
         const char* label;
     } cases[] = {
-        {0, 0.0, "0 "},       {0, 1.0, "1 "},       {0, 100.0, "100 "},    {0, 1000.0, "1k"},
-        {0, 20000.0, "20k"},  {0, 999.0, "999 "},   {0, -12.0, "-12 "},    {0, -12.5, "-12 "},
-        {0, 1.5e6, "2M"},     {0, 0.001, "1m"},     {0, 1e-6, "1u"},       {0, 1e-15, "1f"},
-        {0, 9e-16, "0 "},     {0, 1e12, "1T"},      {0, 1e15, "1000T"},    {0, 999.9, "1000 "},
+        {0, 0.0, "0 "},       {0, 999.0, "999 "},   {0, -12.0, "-12 "},    {0, -12.5, "-12 "},
+        {0, 1.5e6, "2M"},     {0, 9e-16, "0 "},     {0, 1e15, "1000T"},    {0, 999.9, "1000 "},
         {1, 0.5, "0.50 "},    {1, 5.0, "5.00 "},    {1, 50.0, "50.0 "},    {1, 500.0, "0.50k"},
         {1, -0.25, "-0.25 "}, {1, 1000.0, "1.00k"}, {1, 20000.0, "20.0k"}, {1, 0.05, "50.0m"},
         {1, 1e-15, "1.00f"},  {1, 2e14, "200.0T"},  {1, 0.0, "0 "},
@@ -46,16 +44,20 @@ TEST(LinearAxis, TicksStandAtRoundValues) {
         double tickLow, tickHigh, tickStep;
         int32_t labelEvery;
     } cases[] = {
-        {400, 1, -40.0, 10.0, -40.0, 10.0, 2.0, 5},   // 10 in 80 pixels: steps of 10
-        {800, 1, -40.0, 10.0, -40.0, 10.0, 1.0, 5},   // 5: steps of 5
-        {200, 1, -40.0, 10.0, -40.0, 20.0, 4.0, 5},   // 20: steps of 20 in 66.7 pixels
-        {400, 2, -40.0, 10.0, -40.0, 20.0, 4.0, 5},   // a display of twice the pixels
+        {400, 1, -40.0, 10.0, -40.0, 10.0, 2.0, 5},  // 10 in 80 pixels: steps of 10
+        {800, 1, -40.0, 10.0, -40.0, 10.0, 1.0, 5},  // 5: steps of 5
+        {200, 1, -40.0, 10.0, -40.0, 20.0, 4.0, 5},  // 20: steps of 20 in 66.7 pixels
+        {400, 2, -40.0, 10.0, -40.0, 20.0, 4.0, 5},  // a display of twice the pixels
+        {200, 2, -40.0, 10.0, -40.0, 20.0, 10.0, 2},
         {200, 1, -42.0, 11.0, -60.0, 20.0, 10.0, 2},  // 21.2: steps of 20 in 50 pixels
         {100, 1, 0.0, 1.1, 0.0, 2.0, 0.5, 2},         // 0.88: steps of 1
         {100, 1, 0.0, 0.11, 0.0, 0.2, 0.05, 2},       // 0.088: steps of 0.1
         {100, 1, -3e5, 0.0, -4e5, 0.0, 1e5, 2},       // 2.4e5: steps of 2e5
         {80, 1, 0.0, 3.0, 0.0, 4.0, 1.0, 2},          // 3: steps of 2 in 40 pixels
         {20, 1, 0.0, 1.0, 0.0, 2.0, 2.0, 1},          // 4: steps of 2 in 20 pixels
+        {100, 1, 0.0, 0.0, 0.0, 0.0, 0.0, 0},         // empty ranges have no ticks
+        {100, 1, 0.0, -1.0, 0.0, -1.0, 0.0, 0},
+        {100, 1, 0.0, infinity, 0.0, infinity, 0.0, 0},
     };
     for (const auto& c : cases) {
         CGraphAxis axis;
@@ -63,35 +65,28 @@ TEST(LinearAxis, TicksStandAtRoundValues) {
         axis.unit = c.unit;
         axis.SetRange(c.low, c.high);
         const auto name = testing::PrintToString(c.low) + " to " + testing::PrintToString(c.high);
-        EXPECT_NEAR(axis.tickLow, c.tickLow, 1e-9) << name;
-        EXPECT_NEAR(axis.tickHigh, c.tickHigh, 1e-9) << name;
-        EXPECT_NEAR(axis.tickStep, c.tickStep, c.tickStep * 1e-12) << name;
+        EXPECT_DOUBLE_EQ(axis.tickLow, c.tickLow) << name;
+        EXPECT_DOUBLE_EQ(axis.tickHigh, c.tickHigh) << name;
+        EXPECT_DOUBLE_EQ(axis.tickStep, c.tickStep) << name;
         EXPECT_EQ(axis.labelEvery, c.labelEvery) << name;
         EXPECT_EQ(axis.low, c.low);
         EXPECT_EQ(axis.high, c.high);
     }
-    for (const double high : {0.0, -1.0, infinity, std::nan("")}) {
-        CGraphAxis axis;
-        axis.pixels = 100;
-        axis.SetRange(0.0, high);
-        EXPECT_EQ(axis.tickStep, 0.0) << high;
-    }
 }
 
 TEST(LogAxis, WidensToWholeDigitsOnly) {
-    for (int32_t decade = -3; decade < 6; ++decade) {
-        for (int32_t digit = 1; digit < 10; ++digit) {
-            const double exact = digit * PowerOfTen(decade);
-            CGraphAxis axis;
-            axis.scale = logScale;
-            axis.SetRange(exact, exact);
-            EXPECT_NEAR(axis.tickLow, std::log10(exact), 1e-12);
-            EXPECT_NEAR(axis.tickHigh, std::log10(exact), 1e-12);
-            EXPECT_EQ(DecadeDigit(axis.tickLow), digit) << exact;
-            axis.SetRange(exact * 1.05, exact * 1.05);
-            EXPECT_NEAR(axis.tickLow, std::log10(exact), 1e-12);
-            EXPECT_NEAR(axis.tickHigh, std::log10(exact + PowerOfTen(decade)), 1e-12);
-        }
+    for (int32_t i = 0; i < 81; ++i) {
+        const int32_t digit = i % 9 + 1;
+        const double exact = digit * PowerOfTen(i / 9 - 3);
+        CGraphAxis axis;
+        axis.scale = logScale;
+        axis.SetRange(exact, exact);
+        EXPECT_NEAR(axis.tickLow, std::log10(exact), 1e-12);
+        EXPECT_NEAR(axis.tickHigh, std::log10(exact), 1e-12);
+        EXPECT_EQ(DecadeDigit(axis.tickLow), digit) << exact;
+        axis.SetRange(exact * 1.05, exact * 1.05);
+        EXPECT_NEAR(axis.tickLow, std::log10(exact), 1e-12);
+        EXPECT_NEAR(axis.tickHigh, std::log10(exact + exact / digit), 1e-12);
     }
 }
 
@@ -103,7 +98,7 @@ TEST(Axis, PixelsAreTruncatedTowardZeroAndNeverOverflow) {
     EXPECT_EQ(axis.labelEvery, 2);
     axis.tickLow = -50.0;
     axis.tickHigh = 50.0;
-    const std::pair<double, int32_t> unsnapped[] = {
+    const std::pair<double, int32_t> pixels[] = {
         {-40.0, 0},
         {10.0, 100},
         {-39.6, 0},
@@ -114,7 +109,7 @@ TEST(Axis, PixelsAreTruncatedTowardZeroAndNeverOverflow) {
         {-infinity, -CGraphAxis::farthest},
         {std::nan(""), -CGraphAxis::farthest},
     };
-    for (const auto& [value, pixel] : unsnapped) {
+    for (const auto& [value, pixel] : pixels) {
         EXPECT_EQ(axis.ToPixel(value), pixel) << value;
     }
     axis.snapToTicks = true;

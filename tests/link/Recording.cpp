@@ -2,9 +2,24 @@
 
 #include <cstdio>
 
+#include "amplifier/RegisterTable.h"
+#include "amplifier/WordBytes.h"
+
 namespace tonvane::tests {
 
 namespace {
+
+constexpr std::intptr_t handle = 5;
+
+std::string hex(std::span<const uint8_t> bytes) {
+    std::string text;
+    for (const uint8_t byte : bytes) {
+        char digits[8];
+        std::snprintf(digits, sizeof digits, "%s%02X", text.empty() ? "" : " ", byte);
+        text += digits;
+    }
+    return text;
+}
 
 class RecordingTransport : public LinkTransport {
   public:
@@ -12,7 +27,7 @@ class RecordingTransport : public LinkTransport {
 
     std::intptr_t open() override {
         record_.log.emplace_back("open");
-        return record_.opens ? 5 : -1;
+        return record_.opens ? handle : -1;
     }
     bool connect(std::intptr_t /*socket*/, uint16_t port) override {
         record_.log.push_back("connect " + std::to_string(port));
@@ -20,7 +35,7 @@ class RecordingTransport : public LinkTransport {
     }
     void exchange(std::intptr_t /*socket*/, std::span<const uint8_t> frame,
                   std::span<uint8_t> reply) override {
-        record_.log.push_back(Hex(frame));
+        record_.log.push_back(hex(frame));
         for (uint8_t& byte : reply) {
             if (frame[0] == 0 && !record_.replies.empty()) {
                 byte = record_.replies.front();
@@ -39,36 +54,37 @@ class RecordingTransport : public LinkTransport {
 
 }  // namespace
 
-std::string Hex(std::span<const uint8_t> bytes) {
-    std::string text;
-    for (const uint8_t byte : bytes) {
-        char digits[8];
-        std::snprintf(digits, sizeof digits, "%s%02X", text.empty() ? "" : " ", byte);
-        text += digits;
-    }
-    return text;
-}
-
 std::unique_ptr<LinkTransport> Recording::transport() {
     return std::make_unique<RecordingTransport>(*this);
 }
 
-std::vector<std::string> Bracketed(const std::vector<std::string>& inside) {
-    std::vector<std::string> all{"00 1A 01", "01 05 01 40", "wait 23"};
+Lines Bracketed(const Lines& inside) {
+    Lines all{"00 1A 01", "01 05 01 40", "wait 23"};
     all.insert(all.end(), inside.begin(), inside.end());
     all.insert(all.end(), {"00 1A 01", "01 05 01 00", "wait 23"});
     return all;
 }
 
-std::vector<std::string> UnityFrames(int first, int last) {
-    std::vector<std::string> frames;
+std::string WriteFrame(const RegisterWrite& write) {
+    const auto length = static_cast<uint8_t>(LookUpRegister(write.reg).length);
+    std::vector<uint8_t> frame{1, static_cast<uint8_t>(write.reg), length};
+    frame.resize(3 + size_t{length});
+    WordsToBytes(write.words, std::span(frame).subspan(3));
+    return hex(frame);
+}
+
+Lines SectionFrames(int first, std::span<const int32_t> words) {
+    Lines frames;
+    for (int reg = first; !words.empty(); ++reg, words = words.subspan(5)) {
+        frames.push_back(WriteFrame({reg, {words[0], words[1], words[2], words[3], words[4]}}));
+    }
+    return frames;
+}
+
+Lines UnityFrames(int first, int last) {
+    Lines frames;
     for (int reg = first; reg <= last; ++reg) {
-        const uint8_t head[] = {1, static_cast<uint8_t>(reg), 20, 0, 0x80};
-        std::string frame = Hex(head);
-        for (int zero = 0; zero < 18; ++zero) {
-            frame += " 00";
-        }
-        frames.push_back(frame);
+        frames.push_back(WriteFrame({reg, {0x800000}}));
     }
     return frames;
 }

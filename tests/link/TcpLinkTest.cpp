@@ -1,38 +1,88 @@
 // The client and the virtual amplifier over a real socket.
-#include <random>
+#include <atomic>
+#include <csignal>
+#include <mutex>
+#include <thread>
 
 #include <gmock/gmock.h>
+#include <pthread.h>
+#include <sys/socket.h>
 
 #include "amplifier/RegisterTable.h"
-#include "amplifier/WordBytes.h"
 #include "link/AmpLink.h"
-#include "link/DeskAmplifier.h"
 #include "link/RegisterWrites.h"
 #include "link/Socket.h"
+#include "virtual-amplifier/LinkServer.h"
+#include "virtual-amplifier/VirtualAmplifier.h"
 
 namespace tonvane {
 namespace {
 
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
-using tests::DeskAmplifier;
 using virtualamp::Fault;
 
 constexpr int32_t longTime = 60000;
+constexpr std::array<int32_t, 5> fiveWords{0x01020304, 0x05060708, 0x090A0B0C, -1, 0x11121314};
 
-std::vector<uint8_t> readRegister(CAmpLink& link, int32_t reg) {
-    const int32_t length = LookUpRegister(reg).length;
-    std::vector<uint8_t> bytes(static_cast<size_t>(length));
-    link.ReadRegister(reg, length, bytes);
-    return bytes;
-}
-
-// A link as the commands have it.
-struct Command {
-    explicit Command(const DeskAmplifier& desk, int32_t timeLimit = longTime)
-        : link(socket, desk.port(), std::make_unique<CheckedTcpTransport>(timeLimit)) {
-        connection = link.Connect();
+// A virtual amplifier on a free port, served by a thread of its own.
+class DeskAmplifier {
+  public:
+    // From the frame `after` on it goes wrong.
+    explicit DeskAmplifier(Fault fault = Fault::none, int64_t after = 0) {
+        server_.goWrong(fault, after);
+        thread_ = std::thread([this] { server_.run(); });
     }
+    ~DeskAmplifier() { stop(); }
+
+    [[nodiscard]] uint16_t port() const { return server_.port(); }
+    void stop() {
+        if (thread_.joinable()) {
+            server_.stop();
+            thread_.join();
+        }
+    }
+    // Returns when so many frames have arrived.
+    void await(int32_t count) {
+        for (int32_t arrived = frames_; arrived < count; arrived = frames_) {
+            frames_.wait(arrived);
+        }
+    }
+
+    std::mutex answering;  // no frame is answered while it is locked
+
+  private:
+    std::atomic<int32_t> frames_{0};
+    virtualamp::VirtualAmplifier amplifier_{[this](auto /*frame*/, auto /*remarks*/) {
+        ++frames_;
+        frames_.notify_all();
+        const std::lock_guard wait(answering);
+    }};
+    virtualamp::LinkServer server_{0, [this](auto frame) { return amplifier_.answer(frame); }};
+    std::thread thread_;
+};
+
+// A link as the commands have it, and one as a window has it.
+struct Client {
+    Client(const DeskAmplifier& desk, int32_t timeLimit)
+        : link(socket, desk.port(), std::make_unique<CheckedTcpTransport>(timeLimit)),
+          connection(link.Connect()) {}
+    explicit Client(const DeskAmplifier& desk)
+        : link(socket, desk.port()), connection(link.Connect()) {}
+
+    std::vector<uint8_t> read(int32_t reg) {
+        std::vector<uint8_t> bytes(static_cast<size_t>(LookUpRegister(reg).length), 9);
+        link.ReadRegister(reg, LookUpRegister(reg).length, bytes);
+        return bytes;
+    }
+    std::array<int32_t, mostRegisterWords> readWords(int32_t reg) {
+        return BytesToWords(read(reg));
+    }
+    void write(int32_t reg, std::span<const int32_t> words) {
+        link.WriteRegister(reg, words, LookUpRegister(reg).length);
+    }
+
     std::intptr_t socket = -1;
     CAmpLink link;
     CAmpLink::Connection connection;
@@ -49,39 +99,52 @@ std::string complaint(Operation operate) {
     }
 }
 
-TEST(TcpLink, A100000FramesComeBackAsTheyWereSent) {
-    DeskAmplifier desk;
-    Command command(desk);
-    CAmpLink& link = command.link;
-    ASSERT_EQ(command.connection, CAmpLink::Connection::made);
-    const std::vector<int32_t> registersOfAllLengths{0x07, 0x20, 0x3B, 0x53, 0x29, 0x77};
-    std::mt19937 random(1);
-    for (int32_t frame = 0; frame < 100000; frame += 2) {
-        const int32_t reg = registersOfAllLengths[random() % registersOfAllLengths.size()];
-        const int32_t length = LookUpRegister(reg).length;
-        std::vector<uint8_t> bytes(static_cast<size_t>(length));
-        for (uint8_t& byte : bytes) {
-            byte = static_cast<uint8_t>(random());
-        }
-        link.WriteRegister(reg, BytesToWords(bytes), length);
-        ASSERT_EQ(readRegister(link, reg), bytes) << frame;
-    }
-    desk.stop();
-    EXPECT_EQ(desk.events().size(), 100000U);
+TEST(TcpLink, AReplyInPiecesIsPutTogether) {
+    DeskAmplifier desk(Fault::pieces);
+    Client command(desk, longTime);
+    Client window(desk);
+    command.write(0x29, fiveWords);
+    EXPECT_EQ(command.readWords(0x29), fiveWords);
+    EXPECT_EQ(window.readWords(0x29), fiveWords);
 }
 
-TEST(TcpLink, AReplyInPiecesIsPutTogether) {
-    for (const bool checked : {false, true}) {
-        DeskAmplifier desk(Fault::pieces);
-        std::intptr_t socket = -1;
-        CAmpLink link(socket, desk.port(),
-                      checked ? std::make_unique<CheckedTcpTransport>(longTime)
-                              : std::make_unique<TcpTransport>());
-        link.Connect();
-        const int32_t words[] = {0x01020304, 0x05060708, 0x090A0B0C, 0x0D0E0F10, 0x11121314};
-        link.WriteRegister(0x29, words, 20);
-        EXPECT_THAT(BytesToWords(readRegister(link, 0x29)), testing::ElementsAreArray(words));
+TEST(TcpLink, ALimitOfTimeReachesTheSocketInMilliseconds) {
+    DeskAmplifier desk;
+    Client command(desk, 12500);
+    timeval limit{};
+    socklen_t size = sizeof limit;
+    getsockopt(static_cast<int>(command.socket), SOL_SOCKET, SO_RCVTIMEO, &limit, &size);
+    EXPECT_EQ(limit.tv_sec, 12);
+    EXPECT_EQ(limit.tv_usec, 500000);
+}
+
+TEST(TcpLink, AReadOutlivesSignals) {
+    static std::atomic<int32_t> caught;
+    struct sigaction counting {};
+    counting.sa_handler = [](int) { ++caught; };  // without SA_RESTART
+    struct sigaction before {};
+    sigaction(SIGUSR1, &counting, &before);
+    DeskAmplifier desk;
+    Client command(desk, longTime);
+    command.write(0x29, fiveWords);
+    std::unique_lock silence(desk.answering);
+    std::atomic<bool> isRead = false;
+    std::thread reader([&] {
+        EXPECT_EQ(complaint([&] { EXPECT_EQ(command.readWords(0x29), fiveWords); }), "");
+        isRead = true;
+    });
+    desk.await(2);
+    // The first may come before the read waits; each later one finds it waiting again.
+    for (int32_t sent = 1; sent <= 50 && !isRead; ++sent) {
+        pthread_kill(reader.native_handle(), SIGUSR1);
+        while (caught < sent && !isRead) {
+            std::this_thread::yield();
+        }
     }
+    silence.unlock();
+    reader.join();
+    EXPECT_EQ(caught, 50);
+    sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {
@@ -92,7 +155,6 @@ TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {
         const char* write;
     } cases[] = {
         {Fault::silent, 20, "answered 0 of 20 bytes within 20 ms", "answered 0 of 1 bytes within"},
-        {Fault::half, 500, "answered 10 of 20 bytes within 500 ms", "answered 0 of 1 bytes within"},
         {Fault::pieces, 10, "20 bytes within 10 ms", ""},
         {Fault::closing, longTime, "closed the connection after 0 of 20 bytes", "closed the"},
         {Fault::surplus, longTime, "sent more than the 20 bytes", "sent more than the 1 bytes"},
@@ -100,16 +162,11 @@ TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {
     };
     for (const auto& c : cases) {
         DeskAmplifier desk(c.fault);
-        const auto attempt = [&](auto operate) {
-            Command command(desk, c.timeLimit);
-            return complaint([&] { operate(command.link); });
-        };
-        EXPECT_THAT(attempt([](CAmpLink& link) { readRegister(link, 0x29); }),
+        Client reader(desk, c.timeLimit);
+        Client writer(desk, c.timeLimit);
+        EXPECT_THAT(complaint([&] { reader.read(0x29); }),
                     AllOf(HasSubstr(c.read), HasSubstr(*c.read ? "read of 29 PEQ Coef L0" : "")));
-        const int32_t word = 0x30;
-        EXPECT_THAT(attempt([&](CAmpLink& link) {
-                        link.WriteRegister(0x07, {&word, 1}, 1);
-                    }),
+        EXPECT_THAT(complaint([&] { writer.write(0x07, fiveWords); }),
                     AllOf(HasSubstr(c.write), HasSubstr(*c.write ? "write of 07 Master Vol" : "")));
     }
 }
@@ -125,68 +182,42 @@ TEST(TcpLink, ACommandIsToldHowMuchOfAListIsWritten) {
     };
     for (const auto& [after, text] : cases) {
         DeskAmplifier desk(Fault::closing, after);
-        Command command(desk);
+        Client command(desk, longTime);
         EXPECT_THAT(complaint([&] { WriteInShutdown(command.link, writes); }), HasSubstr(text));
     }
     DeskAmplifier desk(Fault::closing, 1);
-    Command command(desk);
+    Client command(desk, longTime);
     EXPECT_THAT(complaint([&] { WriteRegisters(command.link, writes); }),
                 testing::EndsWith("; 1 of 3 registers are written"));
 }
 
-TEST(TcpLink, AWindowNeverHearsOfALostServer) {
+TEST(TcpLink, ALostServerIsToldToACommandAndNeverToAWindow) {
     DeskAmplifier desk(Fault::half, 1);
-    std::intptr_t socket = -1;
-    CAmpLink link(socket, desk.port(), desk.transport());
-    EXPECT_EQ(link.Connect(), CAmpLink::Connection::made);
-    const int32_t words[] = {0x01020304, 0x05060708};
-    link.WriteRegister(0x3B, words, 8);
-    std::array<uint8_t, 8> reply{9, 9, 9, 9, 9, 9, 9, 9};
-    std::thread reader([&] { link.ReadRegister(0x3B, 8, reply); });
-    while (desk.events().size() < 2) {
-        std::this_thread::yield();
-    }
+    Client window(desk);
+    Client command(desk, longTime);
+    window.write(0x3B, fiveWords);
+    std::thread windowReader(
+        [&] { EXPECT_THAT(window.read(0x3B), ElementsAre(1, 2, 3, 4, 0, 0, 0, 0)); });
+    std::thread commandReader([&] {
+        EXPECT_THAT(complaint([&] { command.read(0x3B); }),
+                    HasSubstr("closed the connection after 4 of 8 bytes"));
+    });
+    desk.await(3);
     desk.stop();
-    reader.join();
-    EXPECT_THAT(reply, testing::ElementsAre(1, 2, 3, 4, 0, 0, 0, 0));
-    EXPECT_NE(socket, -1);
-    link.WriteRegister(0x3B, words, 8);
-    link.EnterShutdown();
-    EXPECT_EQ(desk.events().back(), "wait 23");
-    link.Term();
+    windowReader.join();
+    commandReader.join();
+    EXPECT_NE(window.socket, -1);
+    window.write(0x3B, fiveWords);
+    const auto start = std::chrono::steady_clock::now();
+    window.link.EnterShutdown();
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(23));
 
-    EXPECT_EQ(link.Connect(), CAmpLink::Connection::refused);
-    EXPECT_NE(socket, -1);
-    link.ReadRegister(0x3B, 8, reply);  // on a socket that is not connected
-    EXPECT_THAT(reply, testing::Each(0));
-    CheckedTcpTransport checked(longTime);
-    const std::intptr_t unconnected = checked.open();
+    EXPECT_EQ(window.link.Connect(), CAmpLink::Connection::refused);
+    EXPECT_NE(window.socket, -1);
+    EXPECT_THAT(window.read(0x3B), testing::Each(0));  // on a socket that is not connected
     EXPECT_THAT(
-        complaint([&] { checked.connect(unconnected, desk.port()); }),
+        complaint([&] { Client(desk, longTime); }),
         HasSubstr("no link server answers at 127.0.0.1, port " + std::to_string(desk.port())));
-    checked.close(unconnected);
-}
-
-TEST(TcpLink, TheServerKeepsItsClientsApart) {
-    DeskAmplifier desk;
-    std::intptr_t sockets[2] = {-1, -1};
-    CAmpLink first(sockets[0], desk.port());
-    CAmpLink second(sockets[1], desk.port());
-    first.Connect();
-    second.Connect();
-    const uint8_t halfFrame[] = {1, 0x07, 1};
-    tcp::Send(sockets[0], halfFrame);
-    EXPECT_EQ(readRegister(second, 0x07), std::vector<uint8_t>{0xFF});
-    const uint8_t rest[] = {0x30, 0x00, 0x07, 1};  // and a read behind it in one piece
-    tcp::Send(sockets[0], rest);
-    std::array<uint8_t, 2> replies{};
-    ASSERT_EQ(tcp::Receive(sockets[0], std::span(replies).first(1)), 1);
-    ASSERT_EQ(tcp::Receive(sockets[0], std::span(replies).last(1)), 1);
-    EXPECT_EQ(replies[1], 0x30);
-    const uint8_t noFrame[] = {0x02, 0, 0};
-    tcp::Send(sockets[0], noFrame);
-    EXPECT_EQ(tcp::Receive(sockets[0], replies), tcp::closedByPeer);
-    EXPECT_EQ(readRegister(second, 0x07), std::vector<uint8_t>{0x30});
 }
 
 }  // namespace

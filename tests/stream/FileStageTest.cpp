@@ -4,13 +4,12 @@
 #include "files/TestFiles.h"
 #include "stream/InputWaveFileStream.h"
 #include "stream/OutputWaveFileStream.h"
+#include "support/WaveBytes.h"
 
 namespace tonvane {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr int32_t rate = 1000;
 
 struct News : StreamNotify {
     void postCaptureDone(bool /*complete*/) override {}
@@ -36,16 +35,8 @@ struct FrameNumbers : CDspStream {
 
 class InputFile : public testing::Test {
   protected:
-    // Frame i holds the number i + 1.
     void open(int32_t frames) {
-        const std::string path = folder / "in.wav";
-        CWaveFile file;
-        ASSERT_TRUE(file.Create(path, rate, 16, 2));
-        for (int32_t i = 1; i <= frames; ++i) {
-            const double frame[] = {i / 32768.0, 0.0};
-            file.Write(frame, 1);
-        }
-        file.Close();
+        const std::string path = folder.write("in.wav", tests::CountingWave(1000, 2, frames));
         status.notifyWindow = &news;
         stage.next = &sink;
         ASSERT_TRUE(stage.Load(path.c_str()));
@@ -131,19 +122,11 @@ TEST_F(InputFile, WhatPassesIsRecordedInTheFormatAskedFor) {
     EXPECT_FALSE(stage.ReadBlock());
     stage.CloseChain();
 
-    CWaveFile file;
-    int32_t rateRead = 0;
-    int32_t bits = 0;
-    int32_t channels = 0;
-    ASSERT_TRUE(file.Open(recorder.path, rateRead, bits, channels));
-    EXPECT_THAT((std::vector{rateRead, bits, channels, file.FramesLeft()}),
-                ElementsAre(8000, 24, 2, 512));
-    std::vector<double> samples(1024);
-    file.Read(samples.data(), 512);
-    for (int i = 0; i < 512; ++i) {
-        ASSERT_EQ(samples.at(2 * i), (i + 1) / 32768.0);
-        ASSERT_EQ(samples.at(2 * i + 1), 0.0);
+    std::string samples;
+    for (uint64_t i = 1; i <= 512; ++i) {
+        samples += tests::LittleEndian(i << 8U, 3) + tests::LittleEndian(0, 3);
     }
+    EXPECT_EQ(tests::Contents(recorder.path), tests::WaveBytes({tests::pcm, 2, 24, 8000}, samples));
 }
 
 }  // namespace

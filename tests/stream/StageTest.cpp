@@ -3,17 +3,15 @@
 
 #include <gmock/gmock.h>
 
-#include "stream/EqStream.h"
-#include "stream/ScriptedDevice.h"
+#include "device/simulated/SimulatedWave.h"
 #include "stream/WaveInStream.h"
 #include "stream/WaveOutStream.h"
+#include "support/Signals.h"
+#include "support/WaveBytes.h"
 
 namespace tonvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using Bytes = std::vector<uint8_t>;
 using Samples = std::vector<double>;
 
 // Keeps what it is given, channel by channel.
@@ -51,36 +49,29 @@ void fill(CStreamBuffer& buffer, int32_t frames, bool isInterleaved) {
     }
 }
 
-class Layouts : public testing::TestWithParam<std::tuple<bool, bool>> {};
-
-TEST_P(Layouts, BlocksOfAnySizeFeedBlocksOfAnySize) {
-    const auto [fromInterleaved, toInterleaved] = GetParam();
-    Recorder sink(7, toInterleaved);
-    ASSERT_TRUE(sink.Configure(MakeWaveFormat(48000, 2, 16)));
-    CStreamBuffer source;
-    fill(source, 24, fromInterleaved);
-    source.position = 1;
-    sink.Push(source);
-    EXPECT_EQ(source.position, 24);
-    EXPECT_EQ(sink.blocks, 3);
-    EXPECT_EQ(sink.inputBuffer.position, 2);
-    sink.Flush();
-    Samples up;
-    for (int i = 2; i <= 24; ++i) {
-        up.push_back(i);
+TEST(DspStream, BlocksOfAnySizeFeedBlocksOfAnySizeInEitherLayout) {
+    for (const auto& [fromInterleaved, toInterleaved] :
+         {std::pair{true, true}, {true, false}, {false, true}, {false, false}}) {
+        Recorder sink(7, toInterleaved);
+        ASSERT_TRUE(sink.Configure(MakeWaveFormat(48000, 2, 16)));
+        CStreamBuffer source;
+        fill(source, 24, fromInterleaved);
+        source.position = 1;
+        sink.Push(source);
+        EXPECT_EQ(source.position, 24);
+        EXPECT_EQ(sink.blocks, 3);
+        EXPECT_EQ(sink.inputBuffer.position, 2);
+        sink.Flush();
+        Samples up(23);
+        std::iota(up.begin(), up.end(), 2.0);
+        up.resize(28, 0.0);
+        EXPECT_EQ(sink.heard.at(0), up);
+        std::ranges::transform(up, up.begin(), std::negate());
+        EXPECT_EQ(sink.heard.at(1), up);
+        sink.Flush();
+        EXPECT_EQ(sink.blocks, 4) << "an empty block has been run";
     }
-    up.resize(28, 0.0);
-    Samples down;
-    for (const double x : up) {
-        down.push_back(-x);
-    }
-    EXPECT_EQ(sink.heard.at(0), up);
-    EXPECT_EQ(sink.heard.at(1), down);
-    sink.Flush();
-    EXPECT_EQ(sink.blocks, 4) << "an empty block has been run";
 }
-
-INSTANTIATE_TEST_SUITE_P(All, Layouts, testing::Combine(testing::Bool(), testing::Bool()));
 
 TEST(DspStream, AChainThatDisagreesOnChannelsMovesNothing) {
     Recorder sink(4, true);
@@ -102,19 +93,6 @@ TEST(DspStream, AStageThatDoesNotOpenClosesTheStagesAheadOfIt) {
               "open close | open close | ");
 }
 
-// The road of a measurement to the device: 32768 frames to 1024 to 256.
-TEST(DspStream, ALongBlockRunsAShortStageOnceForEachOfItsBlocks) {
-    CEqStream filter;
-    Recorder sink(256, true);
-    filter.next = &sink;
-    ASSERT_TRUE(filter.Configure(MakeWaveFormat(48000, 2, 16)));
-    CStreamBuffer source;
-    fill(source, 32768, false);
-    filter.Push(source);
-    EXPECT_EQ(sink.blocks, 128);
-    EXPECT_THAT(sink.heard.at(1), ElementsAreArray(&source.data[32768], 32768));
-}
-
 TEST(DspStream, ConstantsArePushedAtTheScaleOfTheFormat) {
     Recorder source(4, true);
     Recorder sink(4, true);
@@ -126,32 +104,34 @@ TEST(DspStream, ConstantsArePushedAtTheScaleOfTheFormat) {
     EXPECT_EQ(source.outputBuffer.position, 2);
 }
 
-// Little-endian bytes of whole numbers.
-Bytes bytesOf(const std::vector<int64_t>& words, size_t width) {
-    Bytes bytes;
-    for (const int64_t word : words) {
-        for (size_t i = 0; i < width; ++i) {
-            bytes.push_back(static_cast<uint8_t>(word >> (8 * i)));
-        }
+// A wire of so many bits, and the bytes of its samples.
+class DeviceWidths : public tests::WithFftTables, public testing::WithParamInterface<int> {
+  protected:
+    void open(bool interleaved) {
+        device.emplace(SimulatedSetup{.bits = bits, .interleaved = interleaved});
+        const WAVEFORMATEX format = MakeWaveFormat(48000, 2, bits);
+        ASSERT_TRUE(device->Open(&format, &format, 32768, nullptr));
+        device->Start();
     }
-    return bytes;
-}
+    [[nodiscard]] std::string bytesOf(const std::vector<int64_t>& words) const {
+        std::string bytes;
+        for (const int64_t word : words) {
+            bytes +=
+                tests::LittleEndian(static_cast<uint64_t>(word), static_cast<size_t>(bits / 8));
+        }
+        return bytes;
+    }
 
-struct Width {
-    int bits;
-    int64_t fullScale;
+    const int bits = GetParam();
+    const int64_t fullScale = int64_t{1} << (bits - 1);
+    std::optional<CSimulatedWave> device;
 };
-
-class DeviceWidths : public testing::TestWithParam<Width> {};
 
 // Half a step is added and the fraction cut off; the ends of the range are exact.
 TEST_P(DeviceWidths, PlayedSamplesAreTheDevicesIntegers) {
-    const auto [bits, fullScale] = GetParam();
-    tests::ScriptedDevice device;
-    device.bits = bits;
-    device.frameBytes = 2 * static_cast<size_t>(bits) / 8;
+    open(true);
     CWaveOutStream stage;
-    stage.device = &device;
+    stage.device = &*device;
     ASSERT_TRUE(stage.Configure(MakeWaveFormat(48000, 2, 16)));
     EXPECT_EQ(stage.outputFormat, MakeWaveFormat(48000, 2, bits));
     const auto full = static_cast<double>(fullScale);
@@ -162,42 +142,39 @@ TEST_P(DeviceWidths, PlayedSamplesAreTheDevicesIntegers) {
     source.Allocate(2, 256, true);
     std::ranges::copy(played, source.data);
     stage.Push(source);
-    const int64_t most = fullScale - 1;
-    Bytes expected = bytesOf({most, most, -fullScale, -fullScale, most, 0, 1, 0, 0, -1, 100, -99},
-                             static_cast<size_t>(bits) / 8);
     EXPECT_EQ(stage.framesPlayed, 256);
-    ASSERT_EQ(device.written.size(), 256 * device.frameBytes);
-    device.written.resize(expected.size());
-    EXPECT_EQ(device.written, expected);
+    device->FlushOutput();
+    const int64_t most = fullScale - 1;
+    const std::string expected =
+        bytesOf({most, most, -fullScale, -fullScale, most, 0, 1, 0, 0, -1, 100, -99});
+    std::string got(expected.size(), '\0');
+    device->Read(got.data(), 6);
+    EXPECT_EQ(got, expected);
 }
 
 TEST_P(DeviceWidths, CapturedIntegersAreSamplesAtFullScaleOne) {
-    const auto [bits, fullScale] = GetParam();
     for (const bool interleaved : {true, false}) {
-        tests::ScriptedDevice device;
-        device.bits = bits;
-        device.interleaved = interleaved;
-        device.frameBytes = 2 * static_cast<size_t>(bits) / 8;
-        std::vector<int64_t> words(1024, 0);
-        for (size_t i = 0; i < 512; ++i) {
-            words[512 + i] = static_cast<int64_t>(i % 2 == 0 ? i : -i) - 1;
+        std::vector<int64_t> words(512, 99);  // of the block that is thrown away
+        open(interleaved);
+        device->Write(bytesOf(words).data(), 256);
+        for (int64_t i = 0; i < 512; ++i) {
+            words[i] = (i % 2 == 0 ? i : -i) - 1;
         }
-        words[512] = fullScale - 1;
-        words[515] = -fullScale;
-        words[1023] = -fullScale / 2;
-        device.toRead = bytesOf(words, device.frameBytes / 2);
+        words[0] = fullScale - 1;
+        words[3] = -fullScale;
+        device->Write(bytesOf(words).data(), 256);
+        device->FlushOutput();
         CWaveInStream stage;
         Recorder sink(256, interleaved);
-        stage.device = &device;
+        stage.device = &*device;
         stage.next = &sink;
         ASSERT_TRUE(stage.Configure(MakeWaveFormat(48000, 2, bits)));
         stage.Discard(256);
         ASSERT_TRUE(stage.ReadBlock());
         for (size_t i = 0; i < 512; ++i) {
-            const size_t channel = interleaved ? i % 2 : i / 256;
-            const size_t frame = interleaved ? i / 2 : i % 256;
-            ASSERT_EQ(sink.heard.at(channel).at(frame),
-                      static_cast<double>(words[512 + i]) / static_cast<double>(fullScale))
+            const Samples& channel = sink.heard.at(interleaved ? i % 2 : i / 256);
+            ASSERT_EQ(channel.at(interleaved ? i / 2 : i % 256),
+                      static_cast<double>(words[i]) / static_cast<double>(fullScale))
                 << i;
         }
         EXPECT_EQ(stage.framesCaptured, 512);
@@ -206,10 +183,7 @@ TEST_P(DeviceWidths, CapturedIntegersAreSamplesAtFullScaleOne) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Bits, DeviceWidths,
-                         testing::Values(Width{16, 1 << 15}, Width{24, 1 << 23},
-                                         Width{32, int64_t{1} << 31}),
-                         [](const auto& instance) { return std::to_string(instance.param.bits); });
+INSTANTIATE_TEST_SUITE_P(Bits, DeviceWidths, testing::Values(16, 24, 32));
 
 }  // namespace
 }  // namespace tonvane

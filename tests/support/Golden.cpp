@@ -2,6 +2,10 @@
 
 #include <fstream>
 
+#include <nlohmann/json.hpp>
+
+#include "support/Files.h"
+
 namespace tonvane::tests {
 
 const std::vector<GoldenCase>& GoldenCases() {
@@ -14,21 +18,12 @@ const std::vector<GoldenCase>& GoldenCases() {
 }
 
 std::string GoldenPath(const std::string& file) {
-    return std::string(TONVANE_TEST_DATA) + "/golden/" + file;
+    return TestData("golden/" + file);
 }
 
 nlohmann::json GoldenFigures(const GoldenCase& golden) {
     std::ifstream in(GoldenPath(golden.name + ".json"));
     return nlohmann::json::parse(in);
-}
-
-std::vector<double> GoldenImpulse(const std::string& file) {
-    std::vector<double> samples(32768);
-    std::ifstream in(GoldenPath(file), std::ios::binary);
-    in.seekg(4);
-    in.read(reinterpret_cast<char*>(samples.data()),
-            static_cast<std::streamsize>(samples.size() * sizeof(double)));
-    return samples;
 }
 
 }  // namespace tonvane::tests

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 namespace tonvane::tests {
 
@@ -22,9 +22,7 @@ const std::vector<GoldenCase>& GoldenCases();
 // A path in the folder of the golden cases.
 std::string GoldenPath(const std::string& file);
 
+// Needs nlohmann/json.hpp.
 nlohmann::json GoldenFigures(const GoldenCase& golden);
-
-// The response of a .qsr file as raw doubles, read here without the project's own reader.
-std::vector<double> GoldenImpulse(const std::string& file);
 
 }  // namespace tonvane::tests

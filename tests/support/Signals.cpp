@@ -15,37 +15,16 @@ std::vector<double> Noise(int32_t n, uint32_t seed) {
     return values;
 }
 
-std::complex<long double> DftBin(std::span<const double> samples, int64_t k) {
-    const auto n = static_cast<int64_t>(samples.size());
-    std::complex<long double> sum = 0.0L;
-    for (int64_t t = 0; t < n; ++t) {
-        const auto turns = static_cast<long double>(k * t % n) / static_cast<long double>(n);
-        sum += static_cast<long double>(samples[t]) *
-               std::polar(1.0L, -2.0L * std::numbers::pi_v<long double> * turns);
-    }
-    return sum;
-}
-
-std::vector<double> ImpulseResponse(std::span<const double> b, std::span<const double> a,
-                                    int32_t n) {
-    std::vector<double> h(static_cast<size_t>(n));
-    for (size_t t = 0; t < h.size(); ++t) {
-        h[t] = t < b.size() ? b[t] : 0.0;
-        for (size_t i = 1; i < a.size() && i <= t; ++i) {
-            h[t] -= a[i] * h[t - i];
-        }
-    }
-    return h;
-}
-
 std::complex<double> PolynomialAt(std::span<const double> coefficients, double hertz,
                                   double sampleRate) {
-    std::complex<double> sum = 0.0;
+    std::complex<long double> sum = 0.0L;
     for (size_t n = 0; n < coefficients.size(); ++n) {
-        sum += coefficients[n] * std::polar(1.0, -2.0 * std::numbers::pi * hertz / sampleRate *
-                                                     static_cast<double>(n));
+        const long double turns =
+            std::fmod(static_cast<long double>(hertz) * n, sampleRate) / sampleRate;
+        sum += static_cast<long double>(coefficients[n]) *
+               std::polar(1.0L, -2.0L * std::numbers::pi_v<long double> * turns);
     }
-    return sum;
+    return std::complex<double>(sum);
 }
 
 double Decibels(double amplitude) {

@@ -25,9 +25,7 @@ TEST(FilterFigures, FindTheNarrowPeakOfAPolePair) {
             0x20000 / 8388608.0 / ((1.0 - r * r) * std::sqrt(1.0 - cosine * cosine));
         const HighestGain found = HighestGainOf(words, 48000);
         EXPECT_NEAR(found.db, 20.0 * std::log10(gain), 0.05);
-        EXPECT_LE(found.db, 20.0 * std::log10(gain) + 1e-9);
         EXPECT_NEAR(found.hertz, peak * rate / (2.0 * std::numbers::pi), 0.75);
-        EXPECT_NEAR(PoleRadii(words).at(0), r, 1e-12);
     }
 }
 

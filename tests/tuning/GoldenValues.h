@@ -1,6 +1,8 @@
 // The values of a run as the command line of a golden case sets them.
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include "files/TargetFile.h"
 #include "support/Golden.h"
 #include "tuning/ProgramValues.h"

@@ -1,6 +1,7 @@
-// A dialog on a recording host, with files in a folder of its own.
+// A dialog on a recording host, with files in a folder of its own and a link that only records.
 #pragma once
 
+#include <climits>
 #include <cmath>
 #include <memory>
 #include <optional>
@@ -10,6 +11,7 @@
 #include <gmock/gmock.h>
 
 #include "files/TestFiles.h"
+#include "link/Recording.h"
 #include "transform/FftTables.h"
 #include "tuning/GoldenValues.h"
 #include "ui/Controls.h"
@@ -17,8 +19,6 @@
 #include "ui/RecordingHost.h"
 
 namespace tonvane::tests {
-
-using Lines = std::vector<std::string>;
 
 class DialogDesk : public testing::Test {
   protected:
@@ -31,19 +31,35 @@ class DialogDesk : public testing::Test {
     }
 
     // As the command line of a golden case sets the values, with files in the folder.
-    void setGolden(const GoldenCase& golden) {
-        SetGoldenValues(golden, values);
+    void setGolden(size_t index) {
+        SetGoldenValues(GoldenCases()[index], values);
         values.FilterFilePath = folder / "filter.txt";
         values.TargetFilePath = folder / "target.txt";
     }
     void start() {
         store.emplace(folder / "state/recent");
-        dialog = std::make_unique<CMainDlg>(host, values, devices, *store, promptOnExit, linkPort);
+        dialog = std::make_unique<CMainDlg>(host, values, devices, *store, promptOnExit,
+                                            CAmpLink::defaultPort, link.transport());
         host.start(*dialog);
     }
     [[nodiscard]] const TuningRun& run() const { return dialog->tuningRun(); }
     [[nodiscard]] std::vector<int32_t> words() const { return run().iirFitter.coefficientWords; }
     RecordingHost::Control& control(int id) { return host.controls.at(id); }
+    // The controls that a person can see, and those of a range that a person can use.
+    std::set<int> visible() { return where(&RecordingHost::Control::visible, 0, INT_MAX); }
+    std::set<int> usable(int first, int last) {
+        return where(&RecordingHost::Control::enabled, first, last);
+    }
+
+    std::set<int> where(bool RecordingHost::Control::*state, int first, int last) {
+        std::set<int> ids;
+        for (const auto& [id, control] : host.controls) {
+            if (id >= first && id <= last && control.*state) {
+                ids.insert(id);
+            }
+        }
+        return ids;
+    }
 
     // Where a frequency and a level lie in the plot's window.
     static Point onPlot(double hertz, double decibels) {
@@ -56,10 +72,10 @@ class DialogDesk : public testing::Test {
     TemporaryFolder folder;
     ProgramValues values;
     RecordingHost host;
+    Recording link;
     std::vector<DeviceChoice> devices;
     std::optional<FileUserStore> store;
     bool promptOnExit = false;
-    uint16_t linkPort = CAmpLink::usualPort;
     std::unique_ptr<CMainDlg> dialog;
 };
 

@@ -1,44 +1,54 @@
-// The dialog by what a person does to it and what it then shows, asks for and writes.
-#include <limits>
-
-#include "link/DeskAmplifier.h"
-#include "link/Recording.h"
+// The dialog from its start to its end: what it shows, asks for, answers and writes.
+#include "files/FilterFile.h"
 #include "ui/DialogDesk.h"
 
 namespace tonvane {
 namespace {
 
-using testing::AllOf;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
+using testing::IsSupersetOf;
 using tests::Lines;
+using namespace controls;
 
 using MainDlg = tests::DialogDesk;
 
+// Programs outside reach the controls by these numbers.
+TEST_F(MainDlg, EachControlHasItsNumber) {
+    std::vector<int> ids;
+    for (const DialogItem& item : MainDialogTemplate.items) {
+        ids.push_back(item.id);
+    }
+    const std::vector<int> published{
+        2000, noId, 2006, 2007, 2008, noId, 2021, noId, 3001, 8,    2060, 2061, 2070, 2071, 2072,
+        2073, 2074, 2075, 2076, 2077, 2078, 2079, 2080, 2081, 2082, 2083, 2084, 2085, 2090, 2091,
+        2092, 2093, 2094, 2095, 2096, 2097, 2098, 2030, 2031, 2032, 2033, 2034, 2035, 2036, 2037,
+        2011, 2012, 2020, 2026, 2024, 2025, 2010, 2040, 1000, 1002, 1003, 1004, 1005, 2050, 2051};
+    EXPECT_EQ(ids, published);
+    EXPECT_EQ(std::pair(openResponse, openTable), std::pair(2001, 2003));
+}
+
 TEST_F(MainDlg, APlainStartShowsPlotListsAndCloseAndDesignsNothing) {
     start();
-    EXPECT_THAT(host.visible(), ElementsAre(8, 2006, 2007, 2008, 2021, 3001));
-    EXPECT_THAT(control(2020).items, AllOf(SizeIs(10), Contains("Curve 1"), Contains("Curve 10")));
-    EXPECT_THAT(control(2021).items, SizeIs(13));
-    EXPECT_EQ(control(2021).items[0], " 0 dB");
-    EXPECT_EQ(control(2021).items[12], "-12 dB");
-    EXPECT_THAT(control(3001).items,
-                ElementsAre("32 KHz", "44 KHz", "48 KHz", "88 KHz", "96 KHz", "192 KHz"));
-    EXPECT_THAT(control(2040).items, ElementsAre("48000 Hz"));
-    EXPECT_EQ(control(2020).selected, 0);
-    EXPECT_EQ(control(2021).selected, 0);
-    EXPECT_EQ(control(3001).selected, 2);
-    EXPECT_THAT(control(2010).items, ElementsAre("Speaker", "Polarity", "Delay", "Loud", "Cutoff"));
-    EXPECT_THAT(control(2010).cells, ElementsAre("LTop", "", "", "", ""));
-    EXPECT_EQ(control(1005).text, "00:00 / --:--");
+    EXPECT_THAT(visible(), ElementsAre(close, legendTarget, legendMeasured, legendBiquads,
+                                       gainClamp, inputRate));
+    EXPECT_EQ(control(curve).items,
+              Lines({"Curve 1", "Curve 2", "Curve 3", "Curve 4", "Curve 5", "Curve 6", "Curve 7",
+                     "Curve 8", "Curve 9", "Curve 10"}));
+    EXPECT_EQ(control(gainClamp).items,
+              Lines({" 0 dB", "-1 dB", "-2 dB", "-3 dB", "-4 dB", "-5 dB", "-6 dB", "-7 dB",
+                     "-8 dB", "-9 dB", "-10 dB", "-11 dB", "-12 dB"}));
+    EXPECT_EQ(control(inputRate).items,
+              Lines({"32 KHz", "44 KHz", "48 KHz", "88 KHz", "96 KHz", "192 KHz"}));
+    EXPECT_EQ(control(curve).selected, 0);
+    EXPECT_EQ(control(results).items, Lines({"Speaker", "Polarity", "Delay", "Loud", "Cutoff"}));
+    EXPECT_EQ(control(results).cells, Lines({"LTop", "", "", "", ""}));
+    EXPECT_EQ(control(controls::time).text, "00:00 / --:--");
     EXPECT_THAT(run().curves, Each(BuiltInTargetCurve));
     EXPECT_FALSE(run().responseReady);
     std::vector<int> checks;
-    for (int id = 2030; id <= 2037; ++id) {
+    for (int id = showFirst; id <= showLast; ++id) {
         checks.push_back(control(id).check);
     }
     EXPECT_THAT(checks, ElementsAre(0, 1, 1, 0, 0, 0, 1, 0));
@@ -49,371 +59,95 @@ TEST_F(MainDlg, RateAndGainOfTheStartAreSelectedWhereTheListsHaveThem) {
     const struct {
         int32_t rate, gain;
         int rateItem, gainItem;
-        double clampDb;
-    } starts[] = {
-        {32000, -3, 0, 3, -3.0},  {192000, 3, 5, 3, -3.0},
-        {44100, 0, 1, 0, 0.0},    {22050, -12, 2, 12, -12.0},
-        {88200, -13, 2, -1, 1.0}, {48000, std::numeric_limits<int32_t>::min(), 2, -1, 1.0}};
+    } starts[] = {{32000, -3, 0, 3},   {192000, 3, 5, 3},   {44100, 0, 1, 0},
+                  {22050, -12, 2, 12}, {88200, -13, 2, -1}, {48000, INT32_MIN, 2, -1}};
     for (const auto& s : starts) {
-        host.renew();
         values.InputSampleRate = values.FilterSampleRate = s.rate;
         values.InitialGainClamp = s.gain;
         start();
-        EXPECT_EQ(control(3001).selected, s.rateItem) << s.rate;
-        EXPECT_EQ(control(2021).selected, s.gainItem) << s.gain;
-        EXPECT_EQ(run().gainClampDb(), s.clampDb);
-        EXPECT_EQ(std::signbit(run().gainClampDb()), s.clampDb < 0.0);  // 0 dB is not -0 dB
-        EXPECT_THAT(control(2040).items, ElementsAre(std::to_string(s.rate) + " Hz"));
+        EXPECT_EQ(control(inputRate).selected, s.rateItem) << s.rate;
+        EXPECT_EQ(control(gainClamp).selected, s.gainItem) << s.gain;
+        EXPECT_EQ(run().gainClampDb(), s.gainItem < 0 ? 1.0 : -s.gainItem);
+        EXPECT_THAT(control(filterRate).items, ElementsAre(std::to_string(s.rate) + " Hz"));
         EXPECT_EQ(run().designRate, s.rate);
     }
 }
 
-TEST_F(MainDlg, ABatchStartDesignsAndCloseWritesTheFiles) {
-    const auto& golden = tests::GoldenCases()[0];
-    setGolden(golden);
-    start();
-    tests::ExpectGoldenResponse(words(), golden);
-    // 10 log10 0.33428 is -4.76.
-    EXPECT_THAT(control(2010).cells, ElementsAre("LTop", "Pos", "148 smpl", "-4.8 dB", "175 Hz"));
-    EXPECT_EQ(control(2050).text, "");
-    EXPECT_THAT(host.visible(), ElementsAre(8, 2006, 2007, 2008, 2021, 3001));
-    EXPECT_THAT(host.take(), Contains("focus 0"));
-    host.press(8);
-    EXPECT_THAT(host.take(), ElementsAre("gone", "quit 0"));
-    EXPECT_EQ(tests::ParseFilterFile(tests::Contents(folder / "filter.txt")).words, words());
-    EXPECT_EQ(tests::Contents(folder / "target.txt"),
-              tests::Contents(tests::GoldenPath("small48-tilt6.target.txt")));
-}
-
 TEST_F(MainDlg, EndsWithTheFilesAndTheExitCodeOfEachWay) {
+    constexpr int closeBox = controls::dialog;
     const struct {
-        const char* way;
-        bool prompts;
-        bool answer;
-        bool writes;
+        int way;
+        bool prompts, answer;
+        bool asks, writes;
         const char* last;
-    } ways[] = {{"close", true, true, true, "quit 0"},   {"close", true, false, false, "quit 0"},
-                {"close", false, false, true, "quit 0"}, {"box", true, true, true, "quit 2"},
-                {"box", false, false, true, "quit 2"},   {"box", true, false, false, "quit 2"},
-                {"escape", true, true, false, "quit 2"}};
-    setGolden(tests::GoldenCases()[0]);
+    } ways[] = {{close, true, true, true, true, "quit 0"},
+                {close, true, false, true, false, "quit 0"},
+                {close, false, false, false, true, "quit 0"},
+                {closeBox, true, true, true, true, "quit 2"},
+                {closeBox, true, false, true, false, "quit 2"},
+                {cancel, true, true, false, false, "quit 2"}};
+    const std::string target = tests::Contents(tests::GoldenPath("small48-tilt6.target.txt"));
+    setGolden(0);
     for (const auto& w : ways) {
-        host.renew();
         host.answer = w.answer;
         promptOnExit = w.prompts;
         start();
-        host.take();
-        if (w.way == std::string("box")) {
-            host.closeBox();
-        } else {
-            host.press(w.way == std::string("close") ? 8 : 2);
+        EXPECT_EQ(visible().size(), 6U);
+        EXPECT_THAT(host.take(), Contains("focus 0"));  // the response is loaded
+        if (w.way != closeBox) {
+            host.press(w.way);
+        } else if (!host.tell({.message = message::close})) {
+            host.press(cancel);
         }
-        Lines events = host.take();
-        const bool asks = w.prompts && w.way != std::string("escape");
-        EXPECT_EQ(std::ranges::count(events, "Prompt: Do you want to save filters?"), asks);
-        EXPECT_EQ(events.back(), w.last) << w.way;
+        const Lines events = host.take();
+        EXPECT_EQ(std::ranges::count(events, "Prompt: Do you want to save filters?"), w.asks);
         EXPECT_THAT(events, Contains("gone"));
-        EXPECT_EQ(std::remove((folder / "filter.txt").c_str()) == 0, w.writes) << w.way;
-        EXPECT_EQ(std::remove((folder / "target.txt").c_str()) == 0, w.writes) << w.way;
+        EXPECT_EQ(events.back(), w.last) << w.way;
+        const std::string filter = FormatFilterFile(words(), run().registerAddresses);
+        EXPECT_EQ(tests::Contents(folder / "filter.txt"), w.writes ? filter : "no file") << w.way;
+        EXPECT_EQ(tests::Contents(folder / "target.txt"), w.writes ? target : "no file") << w.way;
+        std::remove((folder / "filter.txt").c_str());
+        std::remove((folder / "target.txt").c_str());
     }
     values.FilterFilePath.clear();  // nothing to save, nothing to ask
-    promptOnExit = true;
     start();
-    host.press(8);
-    EXPECT_THAT(host.take(), testing::Not(Contains(testing::StartsWith("Prompt"))));
+    host.take();
+    host.press(close);
+    EXPECT_THAT(host.take(), ElementsAre("gone", "quit 0"));
     EXPECT_THAT(folder.names(), ElementsAre("state"));  // of the recent files
 }
 
-TEST_F(MainDlg, PassesOnWhatItDoesNotAnswer) {
+TEST_F(MainDlg, AnswersItsMessagesAndPassesOnTheOthers) {
+    constexpr auto passedOn = std::nullopt;
+    const struct {
+        uint32_t message;
+        int id, code;
+        std::optional<std::intptr_t> answer;
+    } cases[] = {{message::paint, 0, 0, passedOn},
+                 {message::close, 0, 0, passedOn},
+                 {message::status, 0, 0, 1},
+                 {message::captureDone, 0, 0, 1},
+                 {message::curveChanged, 0, 0, 0},
+                 {message::timer, 1, 0, 0},
+                 {message::timer, 2, 0, passedOn},
+                 {message::sliderMoved, path, 0, passedOn},
+                 {message::systemCommand, 211, 0, passedOn},
+                 {message::systemCommand, 0xF060, 0, passedOn},
+                 {message::command, curve, 2, passedOn},
+                 {message::command, showMixed2, 0, passedOn},
+                 {message::command, crossover + 1, 0, passedOn},
+                 {message::command, 1, 0, passedOn},
+                 {message::command, play, 0, 0},
+                 {message::command, showSpec1, 0, 0},
+                 {message::command, registerNumber, 0x300, 0}};
     start();
-    const auto answer = [&](const DialogMessage& m) { return host.tell(m); };
-    EXPECT_EQ(answer({.message = message::paint}), std::nullopt);
+    for (const auto& c : cases) {
+        EXPECT_EQ(host.tell({.message = c.message, .id = c.id, .code = c.code}), c.answer)
+            << c.message << " of " << c.id;
+    }
     EXPECT_THAT(host.take(),
-                testing::IsSupersetOf({"line 13-103 y175 w3 FF008F", "line 123-213 y175 w3 FF0000",
-                                       "line 233-316 y175 w3 0000FF"}));
-    EXPECT_EQ(answer({.message = message::close}), std::nullopt);
-    EXPECT_EQ(answer({.message = message::status}), 1);
-    EXPECT_EQ(answer({.message = message::captureDone}), 1);
-    EXPECT_EQ(answer({.message = message::curveChanged}), 0);
-    EXPECT_EQ(answer({.message = message::timer, .id = 1}), 0);
-    EXPECT_EQ(answer({.message = message::timer, .id = 2}), std::nullopt);
-    EXPECT_EQ(answer({.message = message::sliderMoved, .id = 1000}), std::nullopt);
-    for (const int entry : {199, 211, 0xF060}) {
-        EXPECT_EQ(answer({.message = message::systemCommand, .id = entry}), std::nullopt);
-    }
-    for (const auto& [id, code] :
-         {std::pair{2020, 2}, {2071, 0x400}, {2037, 0}, {2099, 0}, {1, 0}}) {
-        EXPECT_EQ(answer({.message = message::command, .id = id, .code = code}), std::nullopt);
-    }
-    for (const auto& [id, code] : {std::pair{1002, 0}, {1003, 0}, {2030, 0}, {2071, 0x300}}) {
-        EXPECT_EQ(answer({.message = message::command, .id = id, .code = code}), 0) << id;
-    }
-}
-
-TEST_F(MainDlg, ADraggedKnotRedrawsWhileItMovesAndDesignsWhenItIsLetGo) {
-    setGolden(tests::GoldenCases()[0]);
-    start();
-    const auto before = words();
-    const TargetRecord record = run().curves[0];
-    host.take();
-    CCurveGraphWindow& plot = dialog->plot;
-    plot.OnLeftButtonDown(onPlot(1300, 0));
-    plot.OnMouseMove(onPlot(1700, -6));
-    EXPECT_EQ(words(), before);
-    EXPECT_NEAR(run().curves[0].points[3].frequency, 1700, 10);  // a pixel is 1 %
-    EXPECT_EQ(run().curves[0].points[3].level, -6);
-    host.deliver();
-    EXPECT_EQ(control(2050).text,
-              "(" + std::to_string(run().curves[0].points[3].frequency) + " Hz, -6 dB)");
-    plot.OnLeftButtonUp();
-    host.deliver();
-    EXPECT_NE(words(), before);
-    EXPECT_EQ(values.TargetCurveKind, savedCurve);
-    EXPECT_EQ(control(2050).text, "");
-    EXPECT_THAT(host.take(), ElementsAre("mouse captured", "mouse free"));
-
-    const auto after = words();
-    host.press(controls::undo);
-    EXPECT_EQ(run().curves[0], record);
-    EXPECT_EQ(values.TargetCurveKind, userCurve);
-    EXPECT_EQ(words(), before);
-    EXPECT_EQ(plot.record, record);
-    host.press(controls::undo);
-    host.press(controls::redo);
-    EXPECT_EQ(words(), after);
-    EXPECT_EQ(values.TargetCurveKind, savedCurve);
-    host.press(2026);
-    EXPECT_EQ(run().curves[0], values.DefaultTargetCurve);
-    host.press(controls::redo);
-    EXPECT_EQ(run().curves[0], record);
-    host.press(controls::undo);
-    EXPECT_EQ(words(), after);
-}
-
-TEST_F(MainDlg, UndoGoesBackToTheCurveThatWasEdited) {
-    start();
-    host.drag(onPlot(1250, 0), onPlot(1250, 5));
-    host.choose(2020, 4);
-    EXPECT_EQ(dialog->plot.record, BuiltInTargetCurve);
-    host.press(controls::undo);
-    EXPECT_EQ(control(2020).selected, 0);
-    EXPECT_EQ(run().currentCurve, 0);
-    EXPECT_EQ(run().curves[0], BuiltInTargetCurve);
-    EXPECT_EQ(run().curves[4], BuiltInTargetCurve);
-}
-
-TEST_F(MainDlg, GainClampAndCurveDesignAnewAndRedrawTheirResponse) {
-    setGolden(tests::GoldenCases()[0]);
-    start();
-    const auto atSix = words();
-    host.choose(2021, 3);
-    EXPECT_EQ(run().gainClampDb(), -3.0);
-    const auto atThree = words();
-    EXPECT_NE(atThree, atSix);
-    host.drag(onPlot(1300, 0), onPlot(1300, -8));
-    const auto edited = words();
-    host.choose(2020, 1);
-    EXPECT_EQ(run().currentCurve, 1);
-    EXPECT_EQ(words(), atThree);
-    host.choose(2020, 0);
-    EXPECT_EQ(words(), edited);
-    host.press(8);
-    EXPECT_THAT(tests::Contents(folder / "target.txt"), testing::StartsWith("-savedcurve\n-3\n"));
-}
-
-TEST_F(MainDlg, AnotherInputRateReadsTheCommandLinesResponseAgain) {
-    setGolden(tests::GoldenCases()[2]);
-    start();
-    const auto before = words();
-    host.choose(3001, 1);
-    EXPECT_EQ(values.InputSampleRate, 44100);
-    EXPECT_EQ(run().measurement.sampleRate, 44100);
-    EXPECT_NE(words(), before);
-    EXPECT_THAT(control(2040).items, ElementsAre("48000 Hz"));
-
-    host.choose(3001, 2);  // with the target still on the grid of 44100 Hz
-    host.choose(3001, 2);
-    EXPECT_EQ(words(), before);
-
-    values.ResponseFilePath.clear();
-    host.choose(3001, 4);
-    EXPECT_EQ(values.SampleRateTable[0], 96000);
-    EXPECT_EQ(run().designRate, 96000);
-    EXPECT_EQ(run().measurement.sampleRate, 48000);
-    EXPECT_EQ(words(), before);
-}
-
-TEST_F(MainDlg, TheCurveBoxesRedrawExceptTheLast) {
-    start();
-    for (int id = 2030; id <= 2036; ++id) {
-        host.redraws = 0;
-        host.click(id);
-        EXPECT_EQ(host.redraws, 1) << id;
-    }
-    EXPECT_FALSE(dialog->plot.showKnots);
-    EXPECT_TRUE(dialog->plot.showBandEdges);
-    control(2032).check = 2;  // the curve without its knots
-    host.press(2032);
-    EXPECT_FALSE(dialog->plot.showKnots);
-    host.redraws = 0;
-    host.click(2037);
-    EXPECT_EQ(host.redraws, 0);
-    host.choose(2040, 0);
-    EXPECT_EQ(host.redraws, 1);
-}
-
-TEST_F(MainDlg, ParameterFilesCarryAllCurvesAndTheGainIntoADesign) {
-    setGolden(tests::GoldenCases()[0]);
-    start();
-    host.choose(2020, 7);
-    host.drag(onPlot(1300, 0), onPlot(1300, 5));
-    host.choose(2021, 4);
-    const auto curves = run().curves;
-    const auto saved = words();
-    host.chosenFiles = {folder / "parameters.txt"};
-    host.take();
-    host.press(2025);
-    EXPECT_THAT(host.take(), ElementsAre("save Design Parameters (*.txt) *.txt txt"));
-    host.press(2026);
-    host.choose(2020, 0);
-    host.choose(2021, 0);
-    host.press(2024);  // cancelled
-    EXPECT_EQ(control(2020).selected, 0);
-    EXPECT_NE(words(), saved);
-    host.chosenFiles = {folder / "parameters.txt"};
-    host.press(2024);
-    EXPECT_EQ(words(), saved);
-    EXPECT_EQ(control(2020).selected, 7);
-    EXPECT_EQ(control(2021).selected, 4);
-    EXPECT_EQ(run().curves, curves);
-    EXPECT_EQ(dialog->plot.record, curves[7]);
-    EXPECT_EQ(run().gainClampDb(), -4.0);
-
-    host.chosenFiles = {folder.write("other.txt", "[Global]\nTargetCurveIndex=12\nEqAttn=13\n")};
-    host.press(2024);
-    EXPECT_EQ(control(2020).selected, 9);
-    EXPECT_EQ(control(2021).selected, -1);
-    EXPECT_EQ(run().gainClampDb(), 1.0);
-}
-
-TEST_F(MainDlg, OpensAResponseThatAPersonChooses) {
-    start();
-    host.take();
-    values.ResponseIsCsv = false;
-    host.chosenFiles = {folder / "missing.qsr"};
-    host.press(2001);
-    EXPECT_THAT(host.take(), ElementsAre("open Quorrel Speaker response (*.qsr) *.qsr qsr",
-                                         "focus 0", "Error: Failed to open speaker response file"));
-    EXPECT_FALSE(run().responseReady);
-    EXPECT_EQ(control(2050).text, "Analyzing Loaded Data ...");
-
-    folder.copyGolden("small48.qsr", "OTHER.qsr");
-    folder.write("other.qsr", "not the one that was chosen");
-    host.chosenFiles = {folder / "OTHER.qsr"};
-    host.press(2001);
-    EXPECT_EQ(control(2010).cells[2], "148 smpl");
-    EXPECT_EQ(control(2050).text, "");
-
-    values.ResponseIsCsv = true;
-    host.take();
-    host.chosenFiles = {folder / "missing.csv"};
-    host.press(2003);
-    EXPECT_THAT(host.take(), Contains("Error: Failed to process data."));
-    EXPECT_TRUE(run().responseReady);
-    EXPECT_THAT(control(2010).cells, ElementsAre("LTop", "", "", "", ""));
-}
-
-TEST_F(MainDlg, AMeasurementThatCannotStartWaitsForStop) {
-    start();
-    host.take();
-    const auto enabled = [&] {
-        std::vector<bool> all;
-        for (const int id : {2000, 2020, 2021, 2024, 2025, 2026}) {
-            all.push_back(control(id).enabled);
-        }
-        return all;
-    };
-    host.press(2000);
-    EXPECT_EQ(control(2050).text, "Preparing ...");
-    EXPECT_THAT(enabled(), Each(false));
-    host.press(1003);
-    EXPECT_EQ(control(2050).text, "");
-    EXPECT_THAT(enabled(), Each(true));
-    EXPECT_THAT(host.take(), IsEmpty());
-    EXPECT_FALSE(run().responseReady);
-}
-
-TEST_F(MainDlg, TheLinksControlsReachTheAmplifier) {
-    tests::DeskAmplifier amplifier;
-    linkPort = amplifier.port();
-    setGolden(tests::GoldenCases()[0]);
-    start();
-    EXPECT_FALSE(control(2061).enabled);
-    host.press(2060);
-    EXPECT_TRUE(control(2061).enabled);
-    EXPECT_THAT(amplifier.events(), ElementsAre("01 1B 01 80", "00 00 01"));
-
-    host.type(2071, "29");
-    EXPECT_EQ(control(2072).text, "20");
-    host.leave(2071);
-    host.type(2074, "12345");
-    host.type(2075, "xyz");
-    EXPECT_EQ(control(2075).text, "00000000");
-    host.press(2079);
-    EXPECT_EQ(amplifier.events().back(),
-              "01 29 14 00 01 23 45 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
-    host.click(2082);
-    EXPECT_TRUE(run().amplifier.biqEnabled);
-    host.click(2083);
-    host.click(2085);
-    EXPECT_EQ(amplifier.events()[amplifier.events().size() - 6].substr(0, 20),
-              "01 46 04 00 02 00 22");
-    host.type(2098, "9");
-    host.leave(2098);
-    EXPECT_THAT(host.take(), testing::IsSupersetOf(
-                                 {": Illegal input (not a number or out of range)", "focus 2098"}));
-    EXPECT_EQ(control(2098).text, "300");
-    host.chosenFiles = {folder / "dump.dat"};
-    host.press(2070);
-    EXPECT_EQ(std::ranges::count(tests::Contents(folder / "dump.dat"), '\n'), 120);
-    EXPECT_THAT(tests::Contents(folder / "dump.dat"), HasSubstr("\n46\t00020022\n"));
-}
-
-TEST_F(MainDlg, ADesignGoesOutAsUnityUntilBiqIsOnAndEmptyWithoutAValidResponse) {
-    tests::DeskAmplifier amplifier;
-    linkPort = amplifier.port();
-    values.ResponseIsCsv = false;
-    start();
-    host.press(2060);
-    host.choose(2021, 6);  // no response yet: nothing is designed
-    Lines expected{"01 1B 01 80", "00 00 01"};
-    EXPECT_EQ(amplifier.events(), expected);
-    const auto expectBracket = [&](const Lines& inside) {
-        Lines frames = tests::Bracketed(inside);
-        std::erase(frames, "wait 23");  // waits are the link's
-        expected.insert(expected.end(), frames.begin(), frames.end());
-        EXPECT_EQ(amplifier.events(), expected);
-    };
-    host.chosenFiles = {tests::GoldenPath("small48.qsr")};
-    host.press(2001);
-    expectBracket(tests::UnityFrames(0x29, 0x2F));
-    host.click(2082);
-    host.choose(2021, 2);
-    const auto designed = words();
-    expected = amplifier.events();
-    values.ResponseIsCsv = true;
-    host.chosenFiles = {folder / "missing.csv"};
-    host.press(2003);
-    expectBracket({});
-    amplifier.stop();
-    EXPECT_THAT(amplifier.remarks(), IsEmpty());
-    EXPECT_FALSE(amplifier.amplifier.registers.isShutDown());
-    for (int32_t k = 0; k < 7; ++k) {
-        EXPECT_THAT(amplifier.amplifier.registers.words(0x29 + k),
-                    testing::ElementsAreArray(std::span(designed).subspan(5 * k, 5)));
-        EXPECT_THAT(amplifier.amplifier.registers.words(0x30 + k),
-                    ElementsAre(0x800000, 0, 0, 0, 0));
-    }
+                IsSupersetOf({"line 13-103 y175 w3 FF008F", "line 123-213 y175 w3 FF0000",
+                              "line 233-316 y175 w3 0000FF"}));
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
-// device-probe DEVICE RATE CHANNELS PLAYED CAPTURED FRAMES
+// device-probe DEVICE RATE CHANNELS PLAYED CAPTURED FRAMES [PAUSE]
 //
 // Plays a file of 32-bit samples (frames, little-endian) on a device and writes what it captures
-// meanwhile, so many frames, as the same. A device of 16 bits takes the upper half. Prints what the
-// device reports; exit code 1, with the refusal and what was shown, when it refuses to open.
+// meanwhile, so many frames, as the same. A device of 16 bits takes the upper half. Stops the
+// device when the frame PAUSE is to be played, and starts it again. Prints what the device reports;
+// exit code 1, with the refusal and what was shown, when it refuses to open.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -10,7 +11,6 @@
 #include <thread>
 #include <vector>
 
-#include "device/DeviceFaults.h"
 #include "device/menu/DeviceMenu.h"
 
 namespace tonvane {
@@ -64,13 +64,17 @@ class Block {
     std::vector<int16_t> shorts_;
 };
 
-void play(CWaveDevice& device, int32_t channels, const Frames& frames) {
+void play(CWaveDevice& device, int32_t channels, const Frames& frames, int32_t pause) {
     Block block(device, channels);
     const auto count = static_cast<int32_t>(frames.size()) / channels;
     for (int32_t first = 0; first < count; first += blockFrames) {
         for (int32_t i = 0; i < blockFrames * channels; ++i) {
-            const auto index = static_cast<size_t>(first * channels + i);
+            const size_t index = static_cast<size_t>(first) * channels + i;
             block.set(i / channels, i % channels, index < frames.size() ? frames[index] : 0);
+        }
+        if (first < pause && first + blockFrames >= pause) {
+            device.Stop();
+            device.Start();
         }
         device.Write(block.data(), blockFrames);
     }
@@ -92,7 +96,7 @@ Frames capture(CWaveDevice& device, int32_t channels, int32_t count) {
     return frames;
 }
 
-int run(char** arguments) {
+int run(int count, char** arguments) {
     const auto show = [](const std::string& text) { std::printf("shown: %s\n", text.c_str()); };
     const DeviceEntry entry = FindDevice(ListDevices(show), arguments[1]);
     if (!entry.make) {
@@ -104,20 +108,21 @@ int run(char** arguments) {
     const WAVEFORMATEX format =
         MakeWaveFormat(std::atoi(arguments[2]), channels, device->BitsPerSample());
     if (!device->Open(&format, &format, queueFrames, nullptr)) {
-        std::printf("refused: %s\n", RefusalOf(*device).c_str());
+        std::printf("refused: %s\n", device->refusal().c_str());
         return 1;
     }
     const Frames played = readFrames(arguments[4]);
     Frames captured;
-    std::thread writer([&] { play(*device, channels, played); });
+    std::thread writer(
+        [&] { play(*device, channels, played, count == 8 ? std::atoi(arguments[7]) : 0); });
     std::thread reader([&] { captured = capture(*device, channels, std::atoi(arguments[6])); });
     device->WaitFilled();
     device->Start();
     writer.join();
     reader.join();
     device->Stop();
-    std::printf("latency %d\nxruns %d\nlost %d\n", device->Latency(), FaultsOf(*device).xruns,
-                FaultsOf(*device).isLost ? 1 : 0);
+    std::printf("latency %d\nxruns %d\nlost %d\n", device->Latency(), device->xruns(),
+                device->isLost() ? 1 : 0);
     device->Close();
     std::ofstream(arguments[5], std::ios::binary)
         .write(reinterpret_cast<const char*>(captured.data()),
@@ -129,9 +134,9 @@ int run(char** arguments) {
 }  // namespace tonvane
 
 int main(int count, char** arguments) {
-    if (count != 7) {
-        std::puts("device-probe DEVICE RATE CHANNELS PLAYED CAPTURED FRAMES");
+    if (count != 7 && count != 8) {
+        std::puts("device-probe DEVICE RATE CHANNELS PLAYED CAPTURED FRAMES [PAUSE]");
         return 2;
     }
-    return tonvane::run(arguments);
+    return tonvane::run(count, arguments);
 }

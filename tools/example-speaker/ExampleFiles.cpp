@@ -8,12 +8,14 @@
 #include <numbers>
 #include <span>
 
+#include <fmt/core.h>
+
 #include "design/TargetRecord.h"
 #include "elementary/Elementary.h"
 #include "files/AddressConfig.h"
-#include "files/FileAccess.h"
 #include "files/ResponseFile.h"
 #include "files/TargetFile.h"
+#include "platform/FileAccess.h"
 #include "signal/NoiseGenerator.h"
 #include "transform/SpectrumBuffer.h"
 
@@ -38,12 +40,6 @@ void addNoise(std::span<double> samples, double level) {
     for (double& sample : samples) {
         sample += level * (2.0 * generator.next() / NoiseGenerator::maximum - 1.0);
     }
-}
-
-void append(std::string& text, double value, std::chars_format format, int precision) {
-    char digits[64];
-    const auto end = std::to_chars(digits, std::end(digits), value, format, precision).ptr;
-    text.append(digits, end);
 }
 
 TargetRecord withKnots(const std::array<CurvePoint, TargetRecord::knotCount>& knots) {
@@ -106,10 +102,7 @@ std::string FreeFieldTable(const Speaker& speaker, double scale) {
                 ? halfRate
                 : lowestFrequency * elementary::Pow(halfRate / lowestFrequency, exponent);
         const double magnitude = scale * elementary::Magnitude(freeField.at(f));
-        append(text, f, std::chars_format::general, 8);
-        text += ',';
-        append(text, 20.0 * elementary::Log10(magnitude), std::chars_format::fixed, 6);
-        text += '\n';
+        text += fmt::format("{:.8g},{:.6f}\n", f, 20.0 * elementary::Log10(magnitude));
     }
     return text;
 }

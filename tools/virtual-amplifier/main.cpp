@@ -4,9 +4,9 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "commandline/CommandParser.h"
 #include "link/AmpLink.h"
 #include "link/LinkFrame.h"
 #include "virtual-amplifier/LinkServer.h"
@@ -58,22 +58,24 @@ void serve(uint16_t port, const std::string& logPath, Fault fault, int64_t first
 }
 
 int runForPerson(int argc, char** argv) {
-    CLI::App app{
-        "A link server with the registers of an amplifier behind it, for trying things out."};
-    uint16_t port = CAmpLink::usualPort;
+    CommandParser program(
+        "A link server with the registers of an amplifier behind it, for trying things out.", {},
+        "virtual-amplifier");
+    uint16_t port = CAmpLink::defaultPort;
     std::string log;
     std::string fault;
     int64_t firstWrongFrame = 0;
-    app.add_option("--port", port, "Port of 127.0.0.1, 0 for a free one")->capture_default_str();
-    app.add_option("--log", log, "File for the frames; without one they go to standard output");
-    app.add_option("--fault", fault,
-                   "Go wrong on purpose: silent, half, closing, garbage, surplus or pieces")
-        ->check(CLI::IsMember({"silent", "half", "closing", "garbage", "surplus", "pieces"}));
-    app.add_option("--after", firstWrongFrame, "How many frames are answered rightly before that")
-        ->check(CLI::NonNegativeNumber);
-    CLI11_PARSE(app, argc, argv);
-    serve(port, log, FaultNamed(fault), firstWrongFrame);
-    return 0;
+    program.option("--port", port, "Port of 127.0.0.1, 0 for a free one").showDefault();
+    program.option("--log", log, "File for the frames; without one they go to standard output");
+    program
+        .option("--fault", fault,
+                "Go wrong on purpose: silent, half, closing, garbage, surplus or pieces")
+        .oneOf(
+            std::vector<std::string>{"silent", "half", "closing", "garbage", "surplus", "pieces"});
+    program.option("--after", firstWrongFrame, "How many frames are answered rightly before that")
+        .notNegative();
+    program.action([&] { serve(port, log, FaultNamed(fault), firstWrongFrame); });
+    return program.run({argv + 1, argv + argc});
 }
 
 }  // namespace

@@ -23,7 +23,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/win32/WideText.h"
+#include "platform/WideText.h"
 #include "ui/win32/WindowsApi.h"
 
 namespace {

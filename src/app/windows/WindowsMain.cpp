@@ -1,20 +1,19 @@
 // Tonvane.exe: the tuning dialog, for calling tools (-cmd) and for people.
 //
 // Exit code: 0 after Close, 2 after Escape or the window's close box, 1 when it could not start.
-#include <charconv>
 #include <cstdlib>
 #include <exception>
 #include <memory>
-#include <string_view>
 
 #include "app/CommandLine.h"
 #include "app/WindowDevices.h"
+#include "platform/WideText.h"
+#include "text/WholeNumbers.h"
 #include "transform/FftTables.h"
 #include "tuning/ProgramValues.h"
 #include "ui/DialogTemplate.h"
 #include "ui/MainDlg.h"
 #include "ui/win32/RegistryUserStore.h"
-#include "ui/win32/WideText.h"
 #include "ui/win32/Win32DialogHost.h"
 #include "ui/win32/WindowsApi.h"
 
@@ -29,11 +28,7 @@ constexpr const char* portVariable = "TONVANE_LINK_PORT";
 
 uint16_t linkPort() {
     const char* text = std::getenv(portVariable);
-    uint16_t port = 0;
-    const std::string_view digits = text == nullptr ? "" : text;
-    const char* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, port);
-    return error == std::errc() && stop == end ? port : CAmpLink::usualPort;
+    return ParseWhole<uint16_t>(text == nullptr ? "" : text).value_or(CAmpLink::defaultPort);
 }
 
 void showStop(const std::string& text) {

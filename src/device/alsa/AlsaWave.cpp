@@ -27,28 +27,27 @@ CAlsaWave::~CAlsaWave() {
 bool CAlsaWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
                      void* /*notify*/) {
     Close();
-    refusal_.clear();
+    faults_.Reset();
     if (capture != nullptr) {
-        refusal_ = capturePcm_.Open(pcm_, AlsaPcm::Direction::capture, *capture, captureBuffer);
+        faults_.refusal =
+            capturePcm_.Open(pcm_, AlsaPcm::Direction::capture, *capture, captureBuffer);
     }
-    if (play != nullptr && refusal_.empty()) {
-        refusal_ = playPcm_.Open(pcm_, AlsaPcm::Direction::play, *play, playBuffer);
+    if (play != nullptr && faults_.refusal.empty()) {
+        faults_.refusal = playPcm_.Open(pcm_, AlsaPcm::Direction::play, *play, playBuffer);
     }
-    if (!refusal_.empty()) {
+    if (!faults_.refusal.empty()) {
         Close();
         return false;
     }
-    lost_ = false;
-    captureGaps_.Reset();
-    playGaps_.Reset();
     if (capture != nullptr) {
-        capture_.Open(capture->blockAlign, capture->sampleRate, frames);
+        capture_.Open(UnitRing::Direction::capture, capture->blockAlign, capture->sampleRate,
+                      frames);
         captureBytes_ = capture->blockAlign;
         captured_ = 0;
         unheard_.assign(static_cast<size_t>(capture->blockAlign) * unit, {});
     }
     if (play != nullptr) {
-        play_.Open(play->blockAlign, play->sampleRate, frames);
+        play_.Open(UnitRing::Direction::play, play->blockAlign, play->sampleRate, frames);
         playBytes_ = play->blockAlign;
         silence_.assign(static_cast<size_t>(play->blockAlign) * unit, {});
         written_ = 0;
@@ -60,8 +59,7 @@ bool CAlsaWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int 
 }
 
 void CAlsaWave::Close() {
-    capture_.Close();
-    play_.Close();
+    closeRings();
     if (thread_.joinable()) {
         give(Order::quit);
         thread_.join();
@@ -80,21 +78,11 @@ void CAlsaWave::give(Order order) {
 
 bool CAlsaWave::Start() {
     give(Order::run);
-    return isRunning() && !lost_;
+    return isRunning() && !isLost();
 }
 
 void CAlsaWave::Stop() {
     give(Order::halt);
-}
-
-int CAlsaWave::Read(void* data, int frames) {
-    captureGaps_.Settle();
-    return capture_.Read(data, frames);
-}
-
-int CAlsaWave::Write(const void* data, int frames) {
-    playGaps_.Settle();
-    return play_.Write(data, frames);
 }
 
 // Ahead of other work, as an audio thread wants to be, where the system lets it.
@@ -107,7 +95,7 @@ void CAlsaWave::hurry() {
 void CAlsaWave::serve() {
     hurry();
     for (Order order = order_.load(); order != Order::quit; order = order_.load()) {
-        if (order == Order::run && !lost_) {
+        if (order == Order::run && !isLost()) {
             run();
         } else {
             order_.wait(order);
@@ -125,18 +113,12 @@ void CAlsaWave::run() {
         }
     }
     if (!isUp && isRunning()) {
-        lose();
+        markLost();
     }
     haltPlay();
     if (capturePcm_.isOpen()) {
         capturePcm_.Drop();
     }
-}
-
-void CAlsaWave::lose() {
-    lost_ = true;
-    capture_.Close();
-    play_.Close();
 }
 
 // Whether an error was a gap, after which the stream stands ready to be started again.
@@ -188,7 +170,7 @@ bool CAlsaWave::moveCaptured() {
     while (available > 0 && isRunning()) {
         const auto free = capture_.DeviceUnit();
         if (free.empty()) {
-            captureGaps_.Note();
+            faults_.captureGaps.Note();
             captured_ = 0;
         }
         auto* to = free.empty() ? unheard_.data() : free.data();
@@ -210,7 +192,7 @@ bool CAlsaWave::moveCaptured() {
         }
     }
     return available >= 0 ||
-           (hadGap(capturePcm_, captureGaps_, available) && capturePcm_.Start() >= 0);
+           (hadGap(capturePcm_, faults_.captureGaps, available) && capturePcm_.Start() >= 0);
 }
 
 bool CAlsaWave::movePlayed() {
@@ -222,7 +204,7 @@ bool CAlsaWave::movePlayed() {
         completePlayed();
         return feedPlay(room);
     }
-    if (!hadGap(playPcm_, playGaps_, room)) {
+    if (!hadGap(playPcm_, faults_.playGaps, room)) {
         return false;
     }
     // What was in the library's buffer is gone.
@@ -246,7 +228,7 @@ bool CAlsaWave::feedPlay(int32_t room) {
             written_ += std::max(put, 0);
         } else if (playPcm_.bufferFrames() - room < leastFilled) {
             if (!play_.isFlushed()) {
-                playGaps_.Note();
+                faults_.playGaps.Note();
             }
             put = playPcm_.Write(silence_.data(), unit);
             silenceBehind_ += std::max(put, 0);

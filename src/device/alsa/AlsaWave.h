@@ -1,5 +1,5 @@
 // A device of the ALSA library: hardware, or what its configuration puts in the place of hardware,
-// such as the PulseAudio and PipeWire plugins. 16 bits, interleaved.
+// such as the PulseAudio and PipeWire plugins.
 //
 // Between the workers and the library stands one thread, which moves whole units between the rings
 // and the library's buffers in both directions. It calls the library, the rings and nothing else.
@@ -14,15 +14,12 @@
 #include <thread>
 #include <vector>
 
-#include "device/DeviceFaults.h"
-#include "device/GapCount.h"
-#include "device/UnitRing.h"
-#include "device/WaveDevice.h"
+#include "device/RingDevice.h"
 #include "device/alsa/AlsaPcm.h"
 
 namespace tonvane {
 
-class CAlsaWave : public CWaveDevice, public DeviceFaults {
+class CAlsaWave : public UnitDevice {
   public:
     // The name of a PCM of the ALSA configuration, used for both directions.
     explicit CAlsaWave(std::string pcm = "default") : pcm_(std::move(pcm)) {}
@@ -36,21 +33,6 @@ class CAlsaWave : public CWaveDevice, public DeviceFaults {
     // Returns at once; the thread halts soon. Frames that the library holds are played after the
     // next Start.
     void Stop() override;
-
-    int Read(void* data, int frames) override;
-    int Write(const void* data, int frames) override;
-    void FlushOutput() override { play_.FlushOutput(); }
-    void WaitFilled() override { play_.WaitFilled(); }
-    void WaitEmpty() override { play_.WaitEmpty(); }
-    bool IsInterleaved() override { return true; }
-    int BitsPerSample() override { return 16; }
-    int Latency() override { return 0; }
-
-    [[nodiscard]] int32_t xruns() const override {
-        return playGaps_.count() + captureGaps_.count();
-    }
-    [[nodiscard]] bool isLost() const override { return lost_; }
-    [[nodiscard]] std::string refusal() const override { return refusal_; }
 
   private:
     enum class Order { halt, run, quit };
@@ -67,19 +49,12 @@ class CAlsaWave : public CWaveDevice, public DeviceFaults {
     void completePlayed();
     void haltPlay();
     bool hadGap(AlsaPcm& pcm, GapCount& gaps, int32_t error);
-    void lose();
     void give(Order order);
     [[nodiscard]] bool isRunning() const { return order_.load() == Order::run; }
 
     std::string pcm_;
-    std::string refusal_;
     AlsaPcm capturePcm_;
     AlsaPcm playPcm_;
-    UnitRing capture_{UnitRing::Direction::capture};
-    UnitRing play_{UnitRing::Direction::play};
-    GapCount captureGaps_;
-    GapCount playGaps_;
-    std::atomic<bool> lost_{false};
     std::atomic<Order> order_{Order::quit};  // to quit: there is no thread, or soon none
     std::thread thread_;
 

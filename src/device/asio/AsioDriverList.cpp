@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include "device/asio/AsioInterface.h"
+#include "platform/WideText.h"
 
 namespace tonvane {
 
@@ -59,11 +60,7 @@ std::wstring wideOf(const std::string& text) {
 
 // The registry's text in the code page of the rest of the program.
 std::string utf8Of(const std::string& text) {
-    const std::wstring wide = wideOf(text);
-    std::string utf8(3 * wide.size() + 1, '\0');
-    WideCharToMultiByte(CP_UTF8, 0, wide.c_str(), -1, utf8.data(), static_cast<int>(utf8.size()),
-                        nullptr, nullptr);
-    return utf8.c_str();
+    return Narrow(wideOf(text));
 }
 
 GUID clsidOf(const std::string& text) {

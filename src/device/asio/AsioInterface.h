@@ -12,8 +12,6 @@
 
 #include <unknwn.h>
 
-#include "device/asio/AsioSwitch.h"
-
 namespace tonvane {
 
 // What a method reports. Methods that return AsioError return ok for success.
@@ -39,6 +37,9 @@ enum AsioSelector : int32_t {
     kAsioSupportsTimeInfo = 7,   // is bufferSwitchTimeInfo to be called?
     kAsioSupportsTimeCode = 8,   //
 };
+
+// Of the samples of a channel; these two are used here.
+enum class AsioSampleType : int32_t { int32 = 0x12, float32 = 0x13 };
 
 #pragma pack(push, 4)
 

@@ -1,6 +1,7 @@
 #include "device/asio/AsioWave.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace tonvane {
@@ -22,6 +23,18 @@ bool isSelectorKnown(int32_t selector) {
             return true;
         default:
             return false;
+    }
+}
+
+// Nothing for a type of which no samples are moved.
+std::optional<SampleType> sampleTypeOf(const ASIOChannelInfo& channel) {
+    switch (channel.type) {
+        case AsioSampleType::int32:
+            return SampleType::integers;
+        case AsioSampleType::float32:
+            return SampleType::wrappingFloats;
+        default:
+            return std::nullopt;
     }
 }
 
@@ -67,11 +80,9 @@ void CAsioWave::readDriver() {
 
 bool CAsioWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
                      void* /*notify*/) {
-    lost_ = false;
-    switch_.captureGaps.Reset();
-    switch_.playGaps.Reset();
-    refusal_ = open(capture, play, frames);
-    return refusal_.empty();
+    faults_.Reset();
+    faults_.refusal = open(capture, play, frames);
+    return faults_.refusal.empty();
 }
 
 // With the device closed ahead of the text, which the person may leave standing for long.
@@ -107,9 +118,7 @@ std::string CAsioWave::open(const WAVEFORMATEX* capture, const WAVEFORMATEX* pla
         Close();
         return "The ASIO driver cannot be opened (error " + std::to_string(error) + ")";
     }
-    const int32_t sleepMs = info_.preferredSize * 1000 / rate / 4;
-    switch_.capture.Open(inputs, frames, sleepMs);
-    switch_.play.Open(outputs, frames, sleepMs);
+    openRings(inputs, outputs, frames, info_.preferredSize, rate);
     return "";
 }
 
@@ -145,8 +154,7 @@ AsioError CAsioWave::createBuffers(int32_t inputs, int32_t outputs) {
 
 void CAsioWave::Close() {
     running_ = false;
-    switch_.capture.Close();
-    switch_.play.Close();
+    closeRings();
     if (driver_) {
         driver_->stop();
         driver_->disposeBuffers();
@@ -159,7 +167,8 @@ bool CAsioWave::Start() {
     running_ = true;
     const bool started = driver_ && driver_->start() == ASE_OK;
     if (!started) {
-        lose();
+        running_ = false;
+        markLost();
     }
     return started;
 }
@@ -169,23 +178,6 @@ void CAsioWave::Stop() {
     if (driver_) {
         driver_->stop();
     }
-}
-
-void CAsioWave::lose() {
-    running_ = false;
-    lost_ = true;
-    switch_.capture.Close();
-    switch_.play.Close();
-}
-
-int CAsioWave::Read(void* data, int frames) {
-    switch_.captureGaps.Settle();
-    return switch_.capture.Read(static_cast<int32_t*>(data), frames);
-}
-
-int CAsioWave::Write(const void* data, int frames) {
-    switch_.playGaps.Settle();
-    return switch_.play.Write(static_cast<const int32_t*>(data), frames);
 }
 
 // All channels of a direction are taken to have the type of its first.
@@ -199,9 +191,12 @@ void CAsioWave::exchange(int32_t index) {
         return std::span<void* const>(pointers).first(static_cast<size_t>(count));
     };
     const int32_t inputs = info_.inputBuffers;
-    switch_.Capture(half(0, inputs), info_.channels[0].type, info_.preferredSize);
-    switch_.Play(half(inputs, info_.outputBuffers),
-                 info_.channels[static_cast<size_t>(inputs)].type, info_.preferredSize);
+    if (const auto type = sampleTypeOf(info_.channels[0])) {
+        captureSamples(half(0, inputs), *type, info_.preferredSize);
+    }
+    if (const auto type = sampleTypeOf(info_.channels[static_cast<size_t>(inputs)])) {
+        playSamples(half(inputs, info_.outputBuffers), *type, info_.preferredSize);
+    }
     if (info_.postOutput) {
         driver_->outputReady();
     }
@@ -229,7 +224,7 @@ int32_t CAsioWave::onMessage(int32_t selector, int32_t value, void* /*message*/,
             return engineVersion;
         case kAsioResyncRequest:
             if (CAsioWave* device = current; device != nullptr && device->running_) {
-                device->switch_.captureGaps.Add();
+                device->faults_.captureGaps.Add();
             }
             return 1;
         case kAsioResetRequest:

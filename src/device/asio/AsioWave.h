@@ -1,4 +1,4 @@
-// A device on an ASIO driver: 32-bit integers, one channel behind the other.
+// A device on an ASIO driver.
 //
 // The driver calls at each buffer switch on a thread of its own; between that thread and the
 // workers stand two lock-free rings. The callbacks carry no context, so they go to the device that
@@ -9,11 +9,9 @@
 #include <atomic>
 #include <string>
 
-#include "device/DeviceFaults.h"
-#include "device/WaveDevice.h"
+#include "device/SampleDevice.h"
 #include "device/asio/AsioDriverList.h"
 #include "device/asio/AsioInterface.h"
-#include "device/asio/AsioSwitch.h"
 
 namespace tonvane {
 
@@ -40,10 +38,8 @@ struct AsioDriverInfo {
     std::array<ASIOChannelInfo, 16> channels;
 };
 
-class CAsioWave : public CWaveDevice, public DeviceFaults {
+class CAsioWave : public SampleDevice {
   public:
-    static constexpr int32_t mostChannels = 8;  // of a direction
-
     // Initialises the driver; null for one that could not be loaded, of which `refusal` then tells
     // at every Open. The driver is let go of on the thread that destroys the device.
     CAsioWave(AsioDriver driver, ShowDeviceError showError, std::string refusal = {});
@@ -54,25 +50,12 @@ class CAsioWave : public CWaveDevice, public DeviceFaults {
     bool Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
               void* notify) override;
     void Close() override;
+    // The device is lost when the driver refuses to start.
     bool Start() override;
     void Stop() override;
-    int Read(void* data, int frames) override;
-    int Write(const void* data, int frames) override;
-    void FlushOutput() override { switch_.play.FlushOutput(); }
-    void WaitFilled() override { switch_.play.WaitFilled(); }
-    void WaitEmpty() override { switch_.play.WaitEmpty(); }
-    bool IsInterleaved() override { return false; }
-    int BitsPerSample() override { return 32; }
 
     // What the driver has reported for both directions at the last Open.
     int Latency() override { return info_.inputLatency + info_.outputLatency; }
-
-    [[nodiscard]] int32_t xruns() const override {
-        return switch_.captureGaps.count() + switch_.playGaps.count();
-    }
-    // Lost when the driver has refused to start.
-    [[nodiscard]] bool isLost() const override { return lost_; }
-    [[nodiscard]] std::string refusal() const override { return refusal_; }
 
   private:
     // Called by the driver, on its own thread but for asioMessage.
@@ -87,20 +70,15 @@ class CAsioWave : public CWaveDevice, public DeviceFaults {
     std::string refuseLoudly(const std::string& text);
     AsioError createBuffers(int32_t inputs, int32_t outputs);
     void listBuffers(int32_t inputs, int32_t outputs);
-    void lose();
 
     static std::atomic<CAsioWave*> current;
 
     AsioDriver driver_;
     ShowDeviceError showError_;
     std::string loadRefusal_;
-    std::string refusal_;
     AsioDriverInfo info_{};
     ASIOCallbacks callbacks_{&onBufferSwitch, &onSampleRateChange, &onMessage,
                              &onBufferSwitchTimeInfo};
-    AsioSwitch switch_;
-    std::atomic<bool> running_{false};
-    std::atomic<bool> lost_{false};
 };
 
 }  // namespace tonvane

@@ -1,12 +1,20 @@
 #include "device/jack/JackWave.h"
 
 #include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <thread>
 
 #include <jack/jack.h>
 
 namespace tonvane {
 
 namespace {
+
+// For connections to be there.
+constexpr std::chrono::seconds longestWait{5};
+constexpr std::chrono::milliseconds lookInterval{10};
 
 CJackWave& deviceOf(void* argument) {
     return *static_cast<CJackWave*>(argument);
@@ -21,14 +29,12 @@ CJackWave::~CJackWave() {
 bool CJackWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
                      void* /*notify*/) {
     Close();
-    lost_ = false;
-    switch_.captureGaps.Reset();
-    switch_.playGaps.Reset();
-    refusal_ = open(capture, play, frames);
-    if (!refusal_.empty()) {
+    faults_.Reset();
+    faults_.refusal = open(capture, play, frames);
+    if (!faults_.refusal.empty()) {
         Close();
     }
-    return refusal_.empty();
+    return faults_.refusal.empty();
 }
 
 std::string CJackWave::open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames) {
@@ -54,9 +60,7 @@ std::string CJackWave::open(const WAVEFORMATEX* capture, const WAVEFORMATEX* pla
                std::to_string(outputs) + ") is not supported";
     }
     const auto period = static_cast<int32_t>(jack_get_buffer_size(client_.get()));
-    const int32_t sleepMs = 1000 * period / rate / 4;
-    switch_.capture.Open(inputs, frames, sleepMs);
-    switch_.play.Open(outputs, frames, sleepMs);
+    openRings(inputs, outputs, frames, period, rate);
     if (!registerPorts(inputs_, inputs, "in_", JackPortIsInput) ||
         !registerPorts(outputs_, outputs, "out_", JackPortIsOutput) || !setCallbacks() ||
         jack_activate(client_.get()) != 0) {
@@ -76,12 +80,12 @@ bool CJackWave::setCallbacks() {
     const auto xrun = [](void* self) {
         CJackWave& device = deviceOf(self);
         if (device.running_) {
-            device.switch_.captureGaps.Add();
+            device.faults_.captureGaps.Add();
         }
         return 0;
     };
     jack_on_shutdown(
-        client, [](void* self) { deviceOf(self).lose(); }, this);
+        client, [](void* self) { deviceOf(self).markLost(); }, this);
     return jack_set_process_callback(client, process, this) == 0 &&
            jack_set_xrun_callback(client, xrun, this) == 0;
 }
@@ -107,13 +111,29 @@ void CJackWave::connect(const JackPair& pair) {
     for (size_t i = 0; i < std::min(outputs_.size(), pair.playback.size()); ++i) {
         jack_connect(client_.get(), jack_port_name(outputs_[i]), pair.playback[i].c_str());
     }
+    settle(pair);
+}
+
+// The server takes connections over between two of its periods, and tells the latencies that come
+// of them later still: a run that begins sooner loses frames and is out of step.
+void CJackWave::settle(const JackPair& pair) {
+    const auto areConnected = [](const Ports& ports, const std::vector<std::string>& others) {
+        const size_t count = std::min(ports.size(), others.size());
+        return std::all_of(ports.begin(), ports.begin() + static_cast<std::ptrdiff_t>(count),
+                           [](jack_port_t* port) { return jack_port_connected(port) > 0; });
+    };
+    const auto end = std::chrono::steady_clock::now() + longestWait;
+    while (!(areConnected(inputs_, pair.capture) && areConnected(outputs_, pair.playback)) &&
+           std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(lookInterval);
+    }
+    jack_recompute_total_latencies(client_.get());
 }
 
 void CJackWave::Close() {
     isOpen_ = false;
     running_ = false;
-    switch_.capture.Close();
-    switch_.play.Close();
+    closeRings();
     const std::lock_guard lock(clientMutex_);
     client_.reset();
     inputs_.clear();
@@ -121,44 +141,27 @@ void CJackWave::Close() {
 }
 
 bool CJackWave::Start() {
-    running_ = isOpen_ && !lost_;
+    running_ = isOpen_ && !isLost();
     return running_;
-}
-
-void CJackWave::lose() {
-    lost_ = true;
-    switch_.capture.Close();
-    switch_.play.Close();
 }
 
 void CJackWave::Process(int32_t frames) {
     const auto count = static_cast<jack_nframes_t>(frames);
-    std::array<const float*, mostChannels> captured{};
-    std::array<float*, mostChannels> played{};
-    for (size_t i = 0; i < inputs_.size(); ++i) {
-        captured[i] = static_cast<const float*>(jack_port_get_buffer(inputs_[i], count));
-    }
-    for (size_t i = 0; i < outputs_.size(); ++i) {
-        played[i] = static_cast<float*>(jack_port_get_buffer(outputs_[i], count));
-    }
+    std::array<void*, mostChannels> memory{};
+    const auto buffersOf = [&](const Ports& ports) {
+        std::ranges::transform(ports, memory.begin(), [count](jack_port_t* port) {
+            return jack_port_get_buffer(port, count);
+        });
+        return std::span<void* const>(memory).first(ports.size());
+    };
     if (running_) {
-        switch_.Exchange(std::span(captured).first(inputs_.size()),
-                         std::span(played).first(outputs_.size()), frames);
+        captureSamples(buffersOf(inputs_), SampleType::floats, frames);
+        playSamples(buffersOf(outputs_), SampleType::floats, frames);
         return;
     }
-    for (size_t i = 0; i < outputs_.size(); ++i) {
-        std::fill_n(played[i], frames, 0.0F);
+    for (void* buffer : buffersOf(outputs_)) {
+        std::fill_n(static_cast<float*>(buffer), frames, 0.0F);
     }
-}
-
-int CJackWave::Read(void* data, int frames) {
-    switch_.captureGaps.Settle();
-    return switch_.capture.Read(static_cast<int32_t*>(data), frames);
-}
-
-int CJackWave::Write(const void* data, int frames) {
-    switch_.playGaps.Settle();
-    return switch_.play.Write(static_cast<const int32_t*>(data), frames);
 }
 
 int32_t CJackWave::latencyOf(const Ports& ports, int mode) {

@@ -1,4 +1,4 @@
-// A device on a running JACK server: 32-bit integers, one channel behind the other.
+// A device on a running JACK server.
 //
 // Open makes a client with a port for each channel and connects it, channel by channel, to the
 // ports of a client that stands for a device: its playback and its capture ports ("system" for the
@@ -7,25 +7,20 @@
 // the ports' buffers, and takes no lock and no memory.
 #pragma once
 
-#include <array>
 #include <atomic>
 #include <mutex>
 #include <string>
 #include <vector>
 
-#include "device/DeviceFaults.h"
-#include "device/WaveDevice.h"
-#include "device/jack/FloatSwitch.h"
+#include "device/SampleDevice.h"
 #include "device/jack/JackClient.h"
 
 struct _jack_port;  // NOLINT(bugprone-reserved-identifier): the library's own name
 
 namespace tonvane {
 
-class CJackWave : public CWaveDevice, public DeviceFaults {
+class CJackWave : public SampleDevice {
   public:
-    static constexpr int32_t mostChannels = 8;  // of a direction
-
     explicit CJackWave(std::string pair = "system") : pair_(std::move(pair)) {}
     ~CJackWave() override;
 
@@ -35,23 +30,10 @@ class CJackWave : public CWaveDevice, public DeviceFaults {
     void Close() override;
     bool Start() override;
     void Stop() override { running_ = false; }
-    int Read(void* data, int frames) override;
-    int Write(const void* data, int frames) override;
-    void FlushOutput() override { switch_.play.FlushOutput(); }
-    void WaitFilled() override { switch_.play.WaitFilled(); }
-    void WaitEmpty() override { switch_.play.WaitEmpty(); }
-    bool IsInterleaved() override { return false; }
-    int BitsPerSample() override { return 32; }
 
     // What the server reports for the way of the connected ports: from the device's input to this
     // program, and from it to the device's output. 0 while closed.
     int Latency() override;
-
-    [[nodiscard]] int32_t xruns() const override {
-        return switch_.captureGaps.count() + switch_.playGaps.count();
-    }
-    [[nodiscard]] bool isLost() const override { return lost_; }
-    [[nodiscard]] std::string refusal() const override { return refusal_; }
 
     // The callback's body, on the server's thread.
     void Process(int32_t frames);
@@ -63,19 +45,15 @@ class CJackWave : public CWaveDevice, public DeviceFaults {
     bool setCallbacks();
     bool registerPorts(Ports& ports, int32_t count, const std::string& name, unsigned long kind);
     void connect(const JackPair& pair);
+    void settle(const JackPair& pair);
     static int32_t latencyOf(const Ports& ports, int mode);
-    void lose();
 
     std::string pair_;
-    std::string refusal_;
     std::mutex clientMutex_;  // between Latency and Close
     JackClient client_;
     Ports inputs_;
     Ports outputs_;
-    FloatSwitch switch_;
     std::atomic<bool> isOpen_{false};
-    std::atomic<bool> running_{false};
-    std::atomic<bool> lost_{false};
 };
 
 }  // namespace tonvane

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "device/DeviceFaults.h"
 #include "device/WaveDevice.h"
 #include "device/simulated/SimulatedWave.h"
 

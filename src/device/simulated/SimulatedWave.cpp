@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "text/LittleEndian.h"
+
 namespace tonvane {
 
 namespace {
@@ -13,21 +15,16 @@ constexpr int32_t stepFrames = BlockConvolver::blockFrames;
 using Block = std::array<double, stepFrames>;
 
 double decode(const uint8_t* bytes, int32_t bits) {
-    uint32_t word = 0;
-    for (int32_t i = 0; i < bits / 8; ++i) {
-        word |= static_cast<uint32_t>(bytes[i]) << (32 - bits + 8 * i);
-    }
-    return static_cast<int32_t>(word) * 0x1p-31;
+    const std::span sample(bytes, static_cast<size_t>(bits / 8));
+    return static_cast<int32_t>(LoadLittleEndian<uint32_t>(sample) << (32 - bits)) * 0x1p-31;
 }
 
 void encode(double sample, uint8_t* bytes, int32_t bits) {
     const double scale = std::ldexp(1.0, bits - 1);
     double value = std::floor(sample * scale + 0.5);
     value = value > -scale ? std::min(value, scale - 1.0) : -scale;
-    const auto word = static_cast<uint32_t>(static_cast<int32_t>(value));
-    for (int32_t i = 0; i < bits / 8; ++i) {
-        bytes[i] = static_cast<uint8_t>(word >> (8 * i));
-    }
+    StoreLittleEndian(static_cast<uint32_t>(static_cast<int32_t>(value)),
+                      std::span(bytes, static_cast<size_t>(bits / 8)));
 }
 
 }  // namespace
@@ -65,8 +62,9 @@ std::string CSimulatedWave::refusalOf(const WAVEFORMATEX* capture, const WAVEFOR
 bool CSimulatedWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
                           void* /*notify*/) {
     Close();
-    refusal_ = refusalOf(capture, play, frames);
-    if (!refusal_.empty()) {
+    faults_.Reset();
+    faults_.refusal = refusalOf(capture, play, frames);
+    if (!faults_.refusal.empty()) {
         return false;
     }
     const Lock lock(mutex_);
@@ -83,9 +81,6 @@ bool CSimulatedWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play,
     now_ = 0;
     open_ = true;
     running_ = flushed_ = withoutWriter_ = withoutReader_ = hadXrun_ = false;
-    lost_ = false;
-    playGaps_.Reset();
-    captureGaps_.Reset();
     return true;
 }
 
@@ -136,23 +131,23 @@ void CSimulatedWave::advance() {
     while (timeFlows() && canStep()) {
         step();
     }
-    if (now_ != before || lost_) {
+    if (now_ != before || faults_.isLost) {
         changed_.notify_all();
     }
 }
 
 void CSimulatedWave::step() {
     if (play_.isOpen() && !flushed_ && play_.held() < stepFrames) {
-        playGaps_.Note();
+        faults_.playGaps.Note();
     }
     bool kept = capture_.room() >= stepFrames;
     if (capture_.isOpen() && !kept) {
-        captureGaps_.Note();
+        faults_.captureGaps.Note();
     }
     if (now_ >= setup_.xrunAfter && !hadXrun_) {
         hadXrun_ = true;
         kept = false;
-        captureGaps_.Add();
+        faults_.captureGaps.Add();
     }
     for (int32_t channel = 0; channel < capture_.channels; ++channel) {
         Block block{};
@@ -163,7 +158,7 @@ void CSimulatedWave::step() {
     play_.taken += std::min(play_.held(), stepFrames);
     capture_.put += kept && capture_.isOpen() ? stepFrames : 0;
     now_ += stepFrames;
-    lost_ = now_ >= setup_.disappearsAfter;
+    faults_.isLost = now_ >= setup_.disappearsAfter;
 }
 
 // The next frames of the queue, left there, with silence behind the last.
@@ -215,7 +210,7 @@ int CSimulatedWave::Write(const void* data, int frames) {
     Lock lock(mutex_);
     flushed_ = false;
     withoutWriter_ = false;
-    playGaps_.Settle();
+    faults_.playGaps.Settle();
     int32_t done = 0;
     while (isUp() && play_.isOpen() && done < frames) {
         const int32_t count = std::min(frames - done, play_.room());
@@ -244,7 +239,7 @@ int CSimulatedWave::Read(void* data, int frames) {
     auto* bytes = static_cast<uint8_t*>(data);
     Lock lock(mutex_);
     withoutReader_ = false;
-    captureGaps_.Settle();
+    faults_.captureGaps.Settle();
     int32_t done = 0;
     while (open_ && capture_.isOpen() && done < frames) {
         advance();
@@ -259,7 +254,7 @@ int CSimulatedWave::Read(void* data, int frames) {
         }
         capture_.taken += count;
         done += count;
-        if (count == 0 && lost_) {
+        if (count == 0 && faults_.isLost) {
             break;
         }
         if (count == 0 && open_ && !waitForOther(lock)) {

@@ -20,7 +20,6 @@
 #include <vector>
 
 #include "device/DeviceFaults.h"
-#include "device/GapCount.h"
 #include "device/WaveDevice.h"
 #include "device/simulated/BlockConvolver.h"
 
@@ -53,7 +52,7 @@ struct SimulatedSetup {
 };
 
 // The tables of the transform must hold at least 2048 points before Open.
-class CSimulatedWave : public CWaveDevice, public DeviceFaults {
+class CSimulatedWave : public CWaveDevice {
   public:
     explicit CSimulatedWave(SimulatedSetup setup);
     ~CSimulatedWave() override;
@@ -73,11 +72,9 @@ class CSimulatedWave : public CWaveDevice, public DeviceFaults {
     int BitsPerSample() override { return setup_.bits; }
     int Latency() override { return setup_.latency; }
 
-    [[nodiscard]] int32_t xruns() const override {
-        return playGaps_.count() + captureGaps_.count();
-    }
-    [[nodiscard]] bool isLost() const override { return lost_; }
-    [[nodiscard]] std::string refusal() const override { return refusal_; }
+    [[nodiscard]] int32_t xruns() const override { return faults_.xruns(); }
+    [[nodiscard]] bool isLost() const override { return faults_.isLost; }
+    [[nodiscard]] std::string refusal() const override { return faults_.refusal; }
 
     // Frames that have gone by since Open.
     [[nodiscard]] int64_t framesPlayed() const;
@@ -102,7 +99,7 @@ class CSimulatedWave : public CWaveDevice, public DeviceFaults {
 
     [[nodiscard]] std::string refusalOf(const WAVEFORMATEX* capture, const WAVEFORMATEX* play,
                                         int frames) const;
-    [[nodiscard]] bool isUp() const { return open_ && !lost_; }
+    [[nodiscard]] bool isUp() const { return open_ && !faults_.isLost; }
     [[nodiscard]] bool timeFlows() const;
     [[nodiscard]] bool canStep() const;
     void advance();
@@ -128,10 +125,7 @@ class CSimulatedWave : public CWaveDevice, public DeviceFaults {
     bool withoutWriter_ = false;  // waited for in vain
     bool withoutReader_ = false;
     bool hadXrun_ = false;
-    std::atomic<bool> lost_{false};
-    std::string refusal_;
-    GapCount playGaps_;
-    GapCount captureGaps_;
+    DeviceFaults faults_;
 };
 
 }  // namespace tonvane

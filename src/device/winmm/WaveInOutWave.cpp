@@ -3,59 +3,41 @@
 namespace tonvane {
 
 CWaveInOutWave::~CWaveInOutWave() {
-    play_.Close();
-    capture_.Close();
+    playPipe_.Close();
+    capturePipe_.Close();
 }
 
 bool CWaveInOutWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
                           void* /*notify*/) {
-    lost_ = false;
-    refusal_.clear();
+    faults_.Reset();
     if (capture != nullptr) {
-        refusal_ = capture_.Open(*capture, frames);
+        faults_.refusal = capturePipe_.Open(*capture, frames);
     }
-    if (play != nullptr && refusal_.empty()) {
-        refusal_ = play_.Open(*play, frames);
+    if (play != nullptr && faults_.refusal.empty()) {
+        faults_.refusal = playPipe_.Open(*play, frames);
     }
-    if (!refusal_.empty()) {
+    if (!faults_.refusal.empty()) {
         Close();
     }
-    return refusal_.empty();
+    return faults_.refusal.empty();
 }
 
 void CWaveInOutWave::Close() {
     // Both workers first: the one of the playback must not wait for the capture to be closed.
-    capture_.ring.Close();
-    play_.ring.Close();
-    capture_.Close();
-    play_.Close();
+    closeRings();
+    capturePipe_.Close();
+    playPipe_.Close();
 }
 
 bool CWaveInOutWave::Start() {
-    capture_.Start();
-    play_.Start();
+    capturePipe_.Start();
+    playPipe_.Start();
     return true;
 }
 
 void CWaveInOutWave::Stop() {
-    capture_.Stop();
-    play_.Stop();
-}
-
-int CWaveInOutWave::Read(void* data, int frames) {
-    capture_.Settle();
-    return capture_.ring.Read(data, frames);
-}
-
-int CWaveInOutWave::Write(const void* data, int frames) {
-    play_.Settle();
-    return play_.ring.Write(data, frames);
-}
-
-void CWaveInOutWave::lose() {
-    lost_ = true;
-    capture_.ring.Close();
-    play_.ring.Close();
+    capturePipe_.Stop();
+    playPipe_.Stop();
 }
 
 }  // namespace tonvane

@@ -91,12 +91,16 @@ const WavePipe::Calls WavePipe::Calls::play{
     &plain<HWAVEOUT, waveOutClose>,
 };
 
-WavePipe::WavePipe(UnitRing::Direction direction, std::function<void()> onLost)
-    : ring(direction, [this](int32_t unit) { submit(unit); }),
-      direction_(direction),
+WavePipe::WavePipe(UnitRing::Direction direction, UnitRing& ring, GapCount& gaps,
+                   std::function<void()> onLost)
+    : direction_(direction),
+      ring_(ring),
+      gaps_(gaps),
       onLost_(std::move(onLost)),
       calls_(direction == UnitRing::Direction::capture ? Calls::capture : Calls::play),
-      system_(std::make_unique<System>()) {}
+      system_(std::make_unique<System>()) {
+    ring_.SetOnSubmit([this](int32_t unit) { submit(unit); });
+}
 
 WavePipe::~WavePipe() {
     Close();
@@ -105,8 +109,8 @@ WavePipe::~WavePipe() {
 // On the system's thread.
 void WavePipe::onMessage(uint32_t message) {
     if (message == WIM_DATA || message == WOM_DONE) {
-        ring.Complete();
-        if (running_ && ring.DeviceUnit().empty() && !ring.isFlushed()) {
+        ring_.Complete();
+        if (running_ && ring_.DeviceUnit().empty() && !ring_.isFlushed()) {
             gaps_.Note();
         }
     } else if (message == WIM_CLOSE || message == WOM_CLOSE) {
@@ -116,6 +120,7 @@ void WavePipe::onMessage(uint32_t message) {
 
 std::string WavePipe::refusal(uint32_t error, const WAVEFORMATEX& format) const {
     const bool captures = direction_ == UnitRing::Direction::capture;
+    const std::string use = captures ? "capture from" : "play to";
     switch (error) {
         case WAVERR_BADFORMAT:
             return "WinMM cannot " + std::string(captures ? "capture " : "play ") +
@@ -123,15 +128,13 @@ std::string WavePipe::refusal(uint32_t error, const WAVEFORMATEX& format) const 
                    std::to_string(format.bitsPerSample) + " bits at " +
                    std::to_string(format.sampleRate) + " Hz";
         case MMSYSERR_ALLOCATED:
-            return "The device to " + std::string(captures ? "capture from" : "play to") +
-                   " is in use by another program";
+            return "The device to " + use + " is in use by another program";
         case MMSYSERR_BADDEVICEID:
         case MMSYSERR_NODRIVER:
-            return "WinMM has no device to " + std::string(captures ? "capture from" : "play to");
+            return "WinMM has no device to " + use;
         default:
-            return "WinMM cannot open the device to " +
-                   std::string(captures ? "capture from" : "play to") + " (error " +
-                   std::to_string(error) + ")";
+            return "WinMM cannot open the device to " + use + " (error " + std::to_string(error) +
+                   ")";
     }
 }
 
@@ -150,14 +153,13 @@ std::string WavePipe::Open(const WAVEFORMATEX& format, int32_t frames) {
     if (handle_ != nullptr) {
         return "The device is open already";
     }
-    gaps_.Reset();
     std::string reason = openDevice(format);
     if (!reason.empty()) {
         return reason;
     }
     const int32_t units = frames / UnitRing::unitFrames;
     system_->headers.assign(static_cast<size_t>(units), {});
-    if (!ring.Open(format.blockAlign, format.sampleRate, frames)) {
+    if (!ring_.Open(direction_, format.blockAlign, format.sampleRate, frames)) {
         Close();
         return refusal(WAVERR_BADFORMAT, format);
     }
@@ -173,7 +175,7 @@ std::string WavePipe::Open(const WAVEFORMATEX& format, int32_t frames) {
 void WavePipe::prepare(int32_t unit) {
     WAVEHDR& header = system_->headers[static_cast<size_t>(unit)];
     if ((header.dwFlags & WHDR_PREPARED) == 0) {
-        const auto bytes = ring.UnitAt(unit);
+        const auto bytes = ring_.UnitAt(unit);
         header.lpData = reinterpret_cast<char*>(bytes.data());
         header.dwBufferLength = static_cast<DWORD>(bytes.size());
         calls_.prepare(handle_, header);
@@ -211,7 +213,7 @@ void WavePipe::Stop() {
 }
 
 void WavePipe::Close() {
-    ring.Close();
+    ring_.Close();
     running_ = false;
     const std::lock_guard lock(closing_);
     void* const handle = handle_;
@@ -224,7 +226,7 @@ void WavePipe::Close() {
     }
     const MMRESULT error = calls_.close(handle);
     while (error == MMSYSERR_NOERROR && handle_ != nullptr) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(ring.sleepMs()));
+        std::this_thread::sleep_for(std::chrono::milliseconds(ring_.sleepMs()));
     }
     handle_ = nullptr;
 }

@@ -11,7 +11,7 @@
 #include <mutex>
 #include <string>
 
-#include "device/GapCount.h"
+#include "device/DeviceFaults.h"
 #include "device/UnitRing.h"
 #include "device/WaveFormat.h"
 
@@ -19,8 +19,11 @@ namespace tonvane {
 
 class WavePipe {
   public:
-    // `onLost` is called on a worker's thread when the system no longer takes a unit.
-    WavePipe(UnitRing::Direction direction, std::function<void()> onLost);
+    // A pipe of the ring, which is not open and outlives it. In `gaps` go moments at which the
+    // system had no unit of a running pipe. `onLost` is called on a worker's thread when the system
+    // no longer takes a unit.
+    WavePipe(UnitRing::Direction direction, UnitRing& ring, GapCount& gaps,
+             std::function<void()> onLost);
     ~WavePipe();
     WavePipe(const WavePipe&) = delete;
     WavePipe& operator=(const WavePipe&) = delete;
@@ -37,14 +40,6 @@ class WavePipe {
     void Start();
     void Stop();
 
-    // A worker, at each of its calls: see GapCount.
-    void Settle() { gaps_.Settle(); }
-
-    UnitRing ring;
-
-    // Moments since Open at which the system had no unit of a running pipe.
-    [[nodiscard]] int32_t gaps() const { return gaps_.count(); }
-
   private:
     struct System;
     struct Calls;
@@ -56,13 +51,14 @@ class WavePipe {
     [[nodiscard]] std::string refusal(uint32_t error, const WAVEFORMATEX& format) const;
 
     const UnitRing::Direction direction_;
+    UnitRing& ring_;
+    GapCount& gaps_;
     const std::function<void()> onLost_;
     const Calls& calls_;
     std::unique_ptr<System> system_;
     std::mutex closing_;
     std::atomic<void*> handle_{nullptr};  // the wave device; the callback clears it on closing
     std::atomic<bool> running_{false};
-    GapCount gaps_;
 };
 
 }  // namespace tonvane

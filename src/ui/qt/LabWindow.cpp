@@ -112,7 +112,8 @@ QWidget* LabWindow::makeNamed(int id) {
 }
 
 QLayout* LabWindow::makeLegend() {
-    QHBoxLayout* legend = row({make(2006), make(2007), make(2008)});
+    QHBoxLayout* legend = row({make(controls::legendTarget), make(controls::legendMeasured),
+                               make(controls::legendBiquads)});
     legend->setContentsMargins(12, 0, 12, legendLineSpace);
     legend->setSpacing(24);
     return legend;
@@ -210,8 +211,8 @@ QGroupBox* LabWindow::makeAmplifier() {
     auto* layout = MakeChild<QVBoxLayout>(group);
     layout->addLayout(row({make(controls::connect), make(controls::term)}));
     layout->addLayout(row({make(controls::set1), make(controls::dump)}));
-    layout->addLayout(row({make(controls::biq), make(controls::split), make(controls::drcFirst),
-                           make(controls::drcFirst + 1)}));
+    layout->addLayout(row(
+        {make(controls::biq), make(controls::split), make(controls::drc1), make(controls::drc2)}));
     auto* registers = MakeChild<QGridLayout>();
     registers->addWidget(MakeChild<QLabel>("Register:", group), 0, 0);
     registers->addWidget(make(controls::registerNumber), 0, 1);

@@ -14,8 +14,8 @@ namespace tonvane {
 namespace {
 
 constexpr double fontPixels = 11.0;
-constexpr int leastWidth = 160;  // room for the margins and some plot
-constexpr int leastHeight = 80;
+constexpr int minWidth = 160;  // room for the margins and some plot
+constexpr int minHeight = 80;
 constexpr int handleCount = 9;
 constexpr double keyRatio = 1.0292;  // a 24th of an octave
 const QColor chosenColor(0xE0, 0x50, 0x00);
@@ -25,7 +25,7 @@ const QColor chosenColor(0xE0, 0x50, 0x00);
 PlotWidget::PlotWidget(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setMinimumSize(leastWidth, leastHeight);
+    setMinimumSize(minWidth, minHeight);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName("Plot of the target curve");
 }

@@ -44,6 +44,12 @@ QWidget* makeEdit(ControlKind kind, const QString& text, QWidget* parent) {
     return edit;
 }
 
+// A list would keep the menu key to itself, which opens the menu of the window.
+QWidget* makeDropList(QComboBox* list) {
+    list->setContextMenuPolicy(Qt::NoContextMenu);
+    return list;
+}
+
 }  // namespace
 
 QWidget* MakeControl(ControlKind kind, const QString& text, QWidget* parent) {
@@ -61,9 +67,9 @@ QWidget* MakeControl(ControlKind kind, const QString& text, QWidget* parent) {
         case ControlKind::readOnlyEdit:
             return makeEdit(kind, text, parent);
         case ControlKind::dropList:
-            return MakeChild<QComboBox>(parent);
+            return makeDropList(MakeChild<QComboBox>(parent));
         case ControlKind::pathList:
-            return MakeChild<PathComboBox>(parent);
+            return makeDropList(MakeChild<PathComboBox>(parent));
         case ControlKind::list:
             return makeList(parent);
         case ControlKind::slider:

@@ -70,8 +70,7 @@ class QtDialogHost : public QObject, public DialogHost {
     [[nodiscard]] std::string item(int id, int index) const override;
     void select(int id, int index) override;
     [[nodiscard]] int selection(int id) const override;
-    void setSliderRange(int id, int most) override;
-    [[nodiscard]] int sliderRange(int id) const override;
+    void setSliderRange(int id, int max) override;
     void setSliderPosition(int id, int position) override;
     [[nodiscard]] int sliderPosition(int id) const override;
     [[nodiscard]] bool isTracking(int id) const override;

@@ -12,7 +12,7 @@ namespace {
 // Pixels of four units across and eight down: what the texts of the dialog need in the usual fonts.
 constexpr int baseWidth = 8;
 constexpr int baseHeight = 16;
-constexpr int fontPixels = 12;
+constexpr int dialogFontPixels = 12;
 
 QRect pixels(const DialogRectangle& place) {
     return {place.x * baseWidth / 4, place.y * baseHeight / 8, place.width * baseWidth / 4,
@@ -27,7 +27,7 @@ TemplateWindow::TemplateWindow(const DialogTemplate& dialog) : DialogWindow(true
                    Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                    Qt::WindowCloseButtonHint);
     QFont font = this->font();
-    font.setPixelSize(fontPixels);
+    font.setPixelSize(dialogFontPixels);
     setFont(font);
     setFixedSize(pixels({0, 0, dialog.width, dialog.height}).size());
     for (const DialogItem& item : dialog.items) {

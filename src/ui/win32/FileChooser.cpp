@@ -3,15 +3,15 @@
 #include <array>
 #include <filesystem>
 
-#include "ui/win32/WideText.h"
+#include "platform/WideText.h"
 #include "ui/win32/WindowsApi.h"
 
 namespace tonvane {
 
 namespace {
 
-constexpr size_t longestPath = 260;
-constexpr size_t longestTitle = 256;
+constexpr size_t maxPath = 260;
+constexpr size_t maxTitle = 256;
 
 // Pairs of text and pattern, each ended by a zero, the list by another; a pattern's alternatives
 // are parted by semicolons.
@@ -39,8 +39,8 @@ std::filesystem::path withExtension(std::filesystem::path path, const std::wstri
 }  // namespace
 
 std::optional<std::string> ChooseFile(const FileDialog& wanted) {
-    std::array<wchar_t, longestPath> path{};
-    std::array<wchar_t, longestTitle> title{};
+    std::array<wchar_t, maxPath> path{};
+    std::array<wchar_t, maxTitle> title{};
     const std::wstring filter = filterOf(wanted);
     const std::wstring extension = Widen(wanted.extension);
     OPENFILENAMEW dialog{};
@@ -48,9 +48,9 @@ std::optional<std::string> ChooseFile(const FileDialog& wanted) {
     dialog.hwndOwner = GetActiveWindow();
     dialog.lpstrFilter = filter.c_str();
     dialog.lpstrFile = path.data();
-    dialog.nMaxFile = longestPath;
+    dialog.nMaxFile = maxPath;
     dialog.lpstrFileTitle = title.data();
-    dialog.nMaxFileTitle = longestTitle;
+    dialog.nMaxFileTitle = maxTitle;
     dialog.lpstrDefExt = extension.c_str();
     dialog.Flags = OFN_EXPLORER | OFN_ENABLESIZING;
 

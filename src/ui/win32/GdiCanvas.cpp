@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "ui/win32/WideText.h"
+#include "platform/WideText.h"
 
 namespace tonvane {
 

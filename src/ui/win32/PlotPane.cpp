@@ -12,7 +12,7 @@ namespace {
 
 constexpr const wchar_t* className = L"TonvanePlot";
 constexpr double fontPixels = 11.0;
-constexpr int usualUnitHeight = 13;  // pixels of eight dialog units on an ordinary display
+constexpr int referenceUnitHeight = 13;  // pixels of eight dialog units on an ordinary display
 
 int32_t unitOf(double scale) {
     return std::max(1, static_cast<int32_t>(std::lround(scale)));
@@ -33,7 +33,7 @@ Point mouseAt(LPARAM lParam) {
 double DisplayScale(HWND dialog) {
     RECT units{0, 0, 4, 8};
     MapDialogRect(dialog, &units);
-    return std::max(1.0, static_cast<double>(units.bottom) / usualUnitHeight);
+    return std::max(1.0, static_cast<double>(units.bottom) / referenceUnitHeight);
 }
 
 void PlotPane::create(HWND parent, const PixelRectangle& place) {

@@ -3,14 +3,14 @@
 #include <array>
 #include <utility>
 
-#include "ui/win32/WideText.h"
+#include "platform/WideText.h"
 
 namespace tonvane {
 
 namespace {
 
 constexpr REGSAM access = KEY_READ | KEY_WRITE;
-constexpr size_t longestText = 260;  // characters, with the zero
+constexpr size_t maxText = 260;  // characters, with the zero
 
 }  // namespace
 
@@ -45,7 +45,7 @@ std::optional<uint32_t> RegistryUserStore::number(const std::string& name) const
 
 std::optional<std::string> RegistryUserStore::text(const std::string& name) const {
     DWORD type = REG_NONE;
-    std::array<wchar_t, longestText> value{};
+    std::array<wchar_t, maxText> value{};
     DWORD bytes = sizeof value;
     if (!key_ ||
         RegQueryValueExW(key_.get(), Widen(name).c_str(), nullptr, &type,

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "ui/win32/WideText.h"
+#include "platform/WideText.h"
 #include "ui/win32/WindowsApi.h"
 
 namespace tonvane {

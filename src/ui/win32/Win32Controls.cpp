@@ -1,9 +1,9 @@
 // The controls of the dialog by their ids.
 #include <algorithm>
 
+#include "platform/WideText.h"
 #include "ui/Controls.h"
 #include "ui/win32/PathBox.h"
-#include "ui/win32/WideText.h"
 #include "ui/win32/Win32DialogHost.h"
 
 namespace tonvane {
@@ -149,12 +149,8 @@ int Win32DialogHost::selection(int id) const {
     return control(id) == nullptr ? -1 : static_cast<int>(ask(id, CB_GETCURSEL));
 }
 
-void Win32DialogHost::setSliderRange(int id, int most) {
-    ask(id, TBM_SETRANGEMAX, TRUE, std::max(most, 0));
-}
-
-int Win32DialogHost::sliderRange(int id) const {
-    return static_cast<int>(ask(id, TBM_GETRANGEMAX));
+void Win32DialogHost::setSliderRange(int id, int max) {
+    ask(id, TBM_SETRANGEMAX, TRUE, std::max(max, 0));
 }
 
 void Win32DialogHost::setSliderPosition(int id, int position) {

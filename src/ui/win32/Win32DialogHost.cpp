@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <stdexcept>
 
+#include "platform/WideText.h"
 #include "ui/Controls.h"
 #include "ui/MainDlg.h"
 #include "ui/win32/FileChooser.h"
 #include "ui/win32/PathBox.h"
 #include "ui/win32/TemplateBytes.h"
-#include "ui/win32/WideText.h"
 #include "ui/win32/WindowMessages.h"
 
 namespace tonvane {
@@ -143,15 +142,7 @@ void Win32DialogHost::drawLine(int fromX, int toX, int y, int width, uint32_t co
 }
 
 std::optional<std::intptr_t> Win32DialogHost::dispatch(const DialogMessage& m) {
-    if (dialog_ == nullptr) {
-        return std::nullopt;
-    }
-    try {
-        return dialog_->ProcessWindowMessage(m);
-    } catch (const std::exception& error) {
-        showMessage({MessageBox::Kind::error, error.what(), "Error"});
-        return 0;
-    }
+    return dialog_ == nullptr ? std::nullopt : dialog_->ProcessWindowMessage(m);
 }
 
 void Win32DialogHost::send(const DialogMessage& m) {

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "platform/WideText.h"
 #include "ui/Controls.h"
-#include "ui/win32/WideText.h"
 
 namespace tonvane {
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws the reference pictures from an independent program's figures, with plain Python.
+"""Draws the reference pictures from an independent program's figures.
 
     tests/data/pictures/make-references.py
 
@@ -12,7 +12,8 @@ import json
 import math
 import os
 import struct
-import zlib
+
+from PIL import Image, ImageColor
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 GOLDEN = os.path.join(HERE, '..', 'golden')
@@ -92,14 +93,14 @@ def curves():
     grid = [i * RATE / 4096 for i in range(1, 2049)]
     passband = [1 / ((1 + (edges[0] / f) ** 8) * (1 + (f / edges[1]) ** 8)) for f in grid]
     by_name = {
-        'response': (power(response), 0x000000, 2),
-        'through-fir': (through(spectrum(figures['firTaps'], 32768)), 0x00C000, 1),
-        'through-biquads': (through(filtered(32768)), 0x008000, 1),
-        'measured': (measured, 0x0000FF, 2),
-        'fir': (power(spectrum(figures['firTaps'], 4096)), 0xFF00C0, 2),
-        'biquads': (power(filtered(4096)), 0xFF0000, 2),
-        'target': ([0.0] + [target(knots, f) for f in grid], 0x8F00FF, 2),
-        'passband': ([0.0] + passband, 0x00C080, 2),
+        'response': (power(response), '#000000', 2),
+        'through-fir': (through(spectrum(figures['firTaps'], 32768)), '#00C000', 1),
+        'through-biquads': (through(filtered(32768)), '#008000', 1),
+        'measured': (measured, '#0000FF', 2),
+        'fir': (power(spectrum(figures['firTaps'], 4096)), '#FF00C0', 2),
+        'biquads': (power(filtered(4096)), '#FF0000', 2),
+        'target': ([0.0] + [target(knots, f) for f in grid], '#8F00FF', 2),
+        'passband': ([0.0] + passband, '#00C080', 2),
     }
     return by_name, knots, [(f, -3) for f in edges]
 
@@ -110,77 +111,56 @@ def place(f, level):
             TOP + DOWN - (level + 40) / 50 * DOWN)
 
 
-class Picture:
-    def __init__(self):
-        self.rows = [[(0xEE, 0xE9, 0xBF)] * WIDTH for _ in range(HEIGHT)]
-
-    def box(self, left, top, right, bottom, color):
-        for y in range(top, bottom):
-            self.rows[y][left:right] = [rgb(color)] * (right - left)
-
-    def curve(self, points, color, width):
-        hit = {}
-        reach = width / 2
-        for (x0, y0), (x1, y1) in zip(points, points[1:]):
-            dx, dy = x1 - x0, y1 - y0
-            square = dx * dx + dy * dy or 1.0
-            for v in fine(min(y0, y1) - reach, max(y0, y1) + reach, TOP, TOP + DOWN + 1):
-                for u in fine(min(x0, x1) - reach, max(x0, x1) + reach, LEFT, LEFT + ACROSS + 1):
-                    x, y = (u + 0.5) / FINE - x0, (v + 0.5) / FINE - y0
-                    t = min(max((x * dx + y * dy) / square, 0.0), 1.0)
-                    if (x - t * dx) ** 2 + (y - t * dy) ** 2 <= reach * reach:
-                        hit.setdefault((u // FINE, v // FINE), set()).add((u, v))
-        for (x, y), samples in hit.items():
-            share = len(samples) / FINE ** 2
-            self.rows[y][x] = tuple(round(a + (b - a) * share)
-                                    for a, b in zip(self.rows[y][x], rgb(color)))
-
-    def save(self, name):
-        raw = b''.join(b'\0' + bytes(c for pixel in row for c in pixel) for row in self.rows)
-        with open(os.path.join(HERE, name), 'wb') as file:
-            file.write(b'\x89PNG\r\n\x1a\n')
-            header = struct.pack('>IIBBBBB', WIDTH, HEIGHT, 8, 2, 0, 0, 0)
-            for kind, data in ((b'IHDR', header), (b'IDAT', zlib.compress(raw, 9)), (b'IEND', b'')):
-                file.write(struct.pack('>I', len(data)) + kind + data +
-                           struct.pack('>I', zlib.crc32(kind + data)))
+def curve(image, points, color, width):
+    hit = {}
+    reach = width / 2
+    for (x0, y0), (x1, y1) in zip(points, points[1:]):
+        dx, dy = x1 - x0, y1 - y0
+        square = dx * dx + dy * dy or 1.0
+        for v in fine(min(y0, y1) - reach, max(y0, y1) + reach, TOP, TOP + DOWN + 1):
+            for u in fine(min(x0, x1) - reach, max(x0, x1) + reach, LEFT, LEFT + ACROSS + 1):
+                x, y = (u + 0.5) / FINE - x0, (v + 0.5) / FINE - y0
+                t = min(max((x * dx + y * dy) / square, 0.0), 1.0)
+                if (x - t * dx) ** 2 + (y - t * dy) ** 2 <= reach * reach:
+                    hit.setdefault((u // FINE, v // FINE), set()).add((u, v))
+    for place, samples in hit.items():
+        share = len(samples) / FINE ** 2
+        image.putpixel(place, tuple(
+            round(a + (b - a) * share)
+            for a, b in zip(image.getpixel(place), ImageColor.getrgb(color))))
 
 
-def rgb(color):
-    return color >> 16, color >> 8 & 255, color & 255
+def fine(low, high, start, end):
+    return range(max(math.floor(low * FINE), start * FINE), min(math.ceil(high * FINE), end * FINE))
 
 
-def fine(low, high, least, most):
-    return range(max(math.floor(low * FINE), least * FINE), min(math.ceil(high * FINE), most * FINE))
-
-
-def grid(picture):
+def grid(image):
     for f in [d * 10 ** k for k in (1, 2, 3, 4) for d in range(1, 10)]:
         if 20 <= f <= 24000:
             x = math.floor(place(f, 0)[0])
             major = str(f)[0] in '1235'
-            picture.box(x, TOP, x + 1, TOP + DOWN + 1, 0x606060 if major else 0xA0A0A0)
+            image.paste('#606060' if major else '#A0A0A0', (x, TOP, x + 1, TOP + DOWN + 1))
     for level in range(-40, 11, 5):
         y = math.floor(place(20, level)[1])
-        picture.box(LEFT, y, LEFT + ACROSS + 1, y + 1, 0xA0A0A0 if level % 10 else 0x606060)
+        image.paste('#A0A0A0' if level % 10 else '#606060', (LEFT, y, LEFT + ACROSS + 1, y + 1))
     for x in (LEFT, LEFT + ACROSS):
-        picture.box(x, TOP, x + 1, TOP + DOWN + 1, 0x606060)
+        image.paste('#606060', (x, TOP, x + 1, TOP + DOWN + 1))
 
 
 def draw(name, shown, handles_of):
     by_name, knots, edges = curves()
-    picture = Picture()
-    grid(picture)
-    for curve in [c for c in by_name if c in shown]:
-        powers, color, width = by_name[curve]
+    image = Image.new('RGB', (WIDTH, HEIGHT), '#EEE9BF')
+    grid(image)
+    for powers, color, width in [by_name[c] for c in by_name if c in shown]:
         step = RATE / 2 / (len(powers) - 1)
-        picture.curve([place(i * step, 10 * math.log10(max(p, 1e-12)))
-                       for i, p in enumerate(powers) if i > 0], color, width)
-    for points, fill in [(knots, 0xFFFFFF), (edges, 0x00C080)][:handles_of]:
+        curve(image, [place(i * step, 10 * math.log10(max(p, 1e-12)))
+                      for i, p in enumerate(powers) if i > 0], color, width)
+    for points, fill in [(knots, '#FFFFFF'), (edges, '#00C080')][:handles_of]:
         for f, level in points:
             x, y = (round(p) for p in place(f, level))
-            picture.box(x - 6, y - 6, x + 6, y + 6, color)
-            picture.box(x - 4, y - 4, x + 4, y + 4, fill)
-    picture.save(name)
+            image.paste(color, (x - 6, y - 6, x + 6, y + 6))
+            image.paste(fill, (x - 4, y - 4, x + 4, y + 4))
+    image.save(os.path.join(HERE, name))
 
 
 draw('three.png', ('measured', 'biquads', 'target'), 1)

@@ -1,0 +1,11 @@
+// The library's one source, made of its headers: those of its development package are all of it.
+#include <fmt/format-inl.h>
+
+FMT_BEGIN_NAMESPACE
+namespace detail {
+
+template auto thousands_sep_impl<char>(locale_ref) -> thousands_sep_result<char>;
+template auto decimal_point_impl(locale_ref) -> char;
+
+}  // namespace detail
+FMT_END_NAMESPACE

@@ -1,0 +1,14 @@
+// The batch start without a window.
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace tonvane {
+
+// Runs "-cmd rate response format filter target -noprompt": loads, designs, and writes the filter
+// file and the target file at once. Errors go to standard error and the run goes on; the exit code
+// is always 0.
+int RunBatchStart(std::span<const std::string> arguments);
+
+}  // namespace tonvane

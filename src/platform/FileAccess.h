@@ -1,0 +1,54 @@
+// Opening, reading and replacing files. Paths are UTF-8 on every system.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace tonvane {
+
+// A path of the standard library, and back. Its own conversion of texts is another one on Windows.
+std::filesystem::path PathOf(const std::string& text);
+std::string TextOf(const std::filesystem::path& path);
+
+// The longest text that is read from a file; longer files are cut there.
+constexpr size_t longestText = size_t{16} << 20U;
+
+// The contents of a text file with CR LF line ends turned into LF, at most longestText bytes.
+// Nothing when the file cannot be opened or is a folder.
+std::optional<std::string> ReadTextFile(const std::string& path);
+
+// The contents as they are, at most `most` bytes. Nothing when the file cannot be opened or is a
+// folder.
+std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most);
+
+// What becomes of a file whose folder does not take a new file.
+enum class InPlace { never, whenFolderRefuses };
+
+struct NewContents {
+    std::string path;
+    std::string contents;
+};
+
+struct WriteFailure {
+    std::string path;
+    std::string reason;
+};
+
+// Replaces the contents of files. They are written beside each file under a temporary name, and
+// only when all are there renamed, so that a file is at every moment the old or the new one, whole;
+// what is no regular file (a pipe, a terminal) is written directly at the end, and a symbolic link
+// keeps pointing where it did. An existing file that may not be written is left alone. On failure
+// the first file that could not be written is returned; it has not changed, nor have the others
+// unless the failure was the renaming itself. With whenFolderRefuses an existing file is
+// overwritten in place where the way over a temporary name is barred.
+std::optional<WriteFailure> ReplaceFiles(std::span<const NewContents> files,
+                                         InPlace inPlace = InPlace::never);
+
+// The same for one file; the reason of a failure.
+std::optional<std::string> ReplaceFile(const std::string& path, const std::string& contents,
+                                       InPlace inPlace = InPlace::never);
+
+}  // namespace tonvane

@@ -1,0 +1,32 @@
+// What a program asks of the system that it runs on. Texts and paths are UTF-8 on every system.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tonvane {
+
+// The words that the program was started with, without its own name; what main was given. On
+// Windows they are taken from the command line in UTF-16 instead.
+std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
+
+// Whether standard output goes to a terminal, where a person watches it.
+bool IsTerminal();
+
+// The text with LF turned into what ends a line on this system: CR LF on Windows, LF elsewhere. For
+// files that other programs of this computer read.
+std::string WithSystemLineEnds(std::string text);
+
+struct FileCloser {
+    // The unique_ptr below is the owner.
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
+    void operator()(std::FILE* open) const { std::fclose(open); }
+};
+using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
+
+// As fopen; null on failure.
+FilePointer OpenFile(const std::string& path, const char* mode);
+
+}  // namespace tonvane

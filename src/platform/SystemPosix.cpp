@@ -1,0 +1,23 @@
+#include "platform/System.h"
+
+#include <unistd.h>
+
+namespace tonvane {
+
+std::vector<std::string> ProgramArguments(int argc, const char* const* argv) {
+    return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+bool IsTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
+std::string WithSystemLineEnds(std::string text) {
+    return text;
+}
+
+FilePointer OpenFile(const std::string& path, const char* mode) {
+    return FilePointer(std::fopen(path.c_str(), mode));
+}
+
+}  // namespace tonvane

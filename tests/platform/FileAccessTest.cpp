@@ -1,0 +1,90 @@
+#include <csignal>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/FileAccess.h"
+#include "support/Files.h"
+
+namespace tonvane {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Optional;
+using tests::Contents;
+
+TEST(ReplaceFile, KeepsPermissionsAndLinksAndTakesTheLongestNames) {
+    const tests::TemporaryFolder folder;
+    chmod(folder.write("file", "old").c_str(), 0640);
+    fs::create_symlink("file", folder / "link");
+    fs::create_symlink("new", folder / "dangling");
+    EXPECT_EQ(ReplaceFile(folder / "link", "one"), std::nullopt);
+    EXPECT_EQ(ReplaceFile(folder / "dangling", "two"), std::nullopt);
+    const std::string longest(255, 'n');
+    EXPECT_EQ(ReplaceFile(folder / longest, "three"), std::nullopt);
+    EXPECT_EQ(Contents(folder / "file"), "one");
+    EXPECT_EQ(Contents(folder / "new"), "two");
+    EXPECT_EQ(fs::status(folder / "file").permissions(), fs::perms(0640));
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_TRUE(fs::is_symlink(folder / "dangling"));
+    EXPECT_THAT(folder.names(), ElementsAre("dangling", "file", "link", "new", longest));
+}
+
+TEST(ReplaceFile, ThatFailsLosesNothingAndLeavesNothingBehind) {
+    const tests::TemporaryFolder folder;
+    const std::string file = folder.write("file", "old");
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit unlimited{};
+    getrlimit(RLIMIT_FSIZE, &unlimited);
+    const rlimit full{1000, unlimited.rlim_max};  // as a full disk
+    for (const auto inPlace : {InPlace::never, InPlace::whenFolderRefuses}) {
+        const auto reason = [&](const std::string& path) {
+            return ReplaceFile(path, std::string(100000, 'x'), inPlace);
+        };
+        EXPECT_THAT(reason(folder.path()), Optional(HasSubstr("Is a directory")));
+        EXPECT_THAT(reason(file + "/below"), Optional(HasSubstr("Not a directory")));
+        EXPECT_THAT(reason(folder / "no/such"), Optional(HasSubstr("No such file")));
+        EXPECT_THAT(reason("/dev/full"), Optional(HasSubstr("No space left")));
+        setrlimit(RLIMIT_FSIZE, &full);
+        EXPECT_THAT(reason(file), Optional(HasSubstr("too large")));
+        EXPECT_THAT(reason(folder / "other"), Optional(HasSubstr("too large")));
+        setrlimit(RLIMIT_FSIZE, &unlimited);
+    }
+    // Of several files all are replaced or none.
+    for (const std::string& bad : {std::string("/dev/full"), folder / "no/such"}) {
+        const std::vector<NewContents> files{{file, "new"}, {bad, "new"}, {folder / "b", "new"}};
+        const auto failure = ReplaceFiles(files);
+        EXPECT_TRUE(failure && failure->path == bad);
+    }
+    EXPECT_EQ(Contents(file), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("file"));
+}
+
+TEST(ReplaceFile, RespectsReadOnlyFilesAndFolders) {
+    const tests::TemporaryFolder folder;
+    const std::string open = folder.write("open", "old");
+    const std::string closed = folder.write("closed", "old");
+    chmod(open.c_str(), 0666);
+    chmod(closed.c_str(), 0444);
+    chmod(folder.path().c_str(), 0555);
+    const uid_t user = geteuid();
+    ASSERT_TRUE(user != 0 || seteuid(65534) == 0);  // permissions do not bind root
+    const auto denied = Optional(HasSubstr("Permission denied"));
+    EXPECT_THAT(ReplaceFile(open, "new"), denied);
+    EXPECT_EQ(Contents(open), "old");
+    EXPECT_THAT(ReplaceFile(closed, "new", InPlace::whenFolderRefuses), denied);
+    EXPECT_THAT(ReplaceFile(folder / "new", "new", InPlace::whenFolderRefuses), denied);
+    EXPECT_EQ(ReplaceFile(open, "new", InPlace::whenFolderRefuses), std::nullopt);
+    ASSERT_EQ(seteuid(user), 0);
+    chmod(folder.path().c_str(), 0755);
+    EXPECT_EQ(Contents(open), "new");
+    EXPECT_THAT(folder.names(), ElementsAre("closed", "open"));
+}
+
+}  // namespace
+}  // namespace tonvane

@@ -1,0 +1,1 @@
+// The object that the precompiled headers belong to.

@@ -1,0 +1,93 @@
+"""tonvane-lab in a real window, and what only the dialog on Qt has."""
+
+import os
+import struct
+from pathlib import Path
+
+from desks import CLOSE
+from programs import wav
+
+pytest_plugins = ["desks"]
+DEVICES, LOOPBACK = 4001, ["Up"]  # the menu, and the last of its entries: without hardware
+
+
+def test_menu_key_opens_the_menu_of_a_plain_start(desk):
+    desk.start()
+    desk.screen.keys("Menu")
+    desk.until(desk.screen.popups)
+    desk.screen.keys("Escape")
+    desk.until(lambda: not desk.screen.popups())
+    desk.click(CLOSE)
+    assert desk.ended() == 0
+
+
+def test_device_of_the_menu_measures(panel):
+    panel.start()
+    panel.pick(DEVICES, *LOOPBACK)
+    panel.press(2000)
+    file = Path("measured.qsr")
+    rate, *values = struct.unpack("<i32768d", panel.until(lambda: file.exists() and file.read_bytes()))
+    assert rate == 48000
+    assert values[32] > 0.9  # a wire
+    assert abs(values[31]) < 0.1
+    panel.press(8)
+    assert panel.ended() == 0
+
+
+def test_keyboard_moves_a_knot_and_saves_the_plot(panel):
+    panel.start_batch("small48", "-noprompt")
+    x, y = panel.screen.corner(panel.window)
+    panel.screen.click((x + 60, y + 20))  # a corner of the plot without knots
+    panel.screen.keys("Page_Down", "Page_Down", "Up", "Up", "Shift_L+Right", "Control_L+s")
+    panel.choose_file("Save As", panel.folder / "plot")
+    panel.press(8)
+    assert panel.ended() == 0
+    assert Path("plot.png").read_bytes().startswith(b"\x89PNG")
+    lines = Path("target.txt").read_text().splitlines()
+    assert (lines[0], lines[4]) == ("-savedcurve", "501, 3")  # 500 Hz, 1 dB before
+
+
+def test_wave_file_is_opened_from_the_list_of_the_folder(panel):
+    panel.folder.put("a.wav", "")
+    panel.start()
+    panel.press(4000)
+    panel.choose_file("Open", panel.folder / "a.wav")
+    panel.press(8)
+    assert panel.ended() == 0
+    assert panel.recent_files() == ["a.wav"]
+
+
+def test_dropped_file_plays_from_where_it_is_asked_to_pauses_and_stops(panel):
+    size = 2_000_000_000  # of a file with holes, which plays long enough even without hardware
+    head = bytearray(wav(96000, [], channels=2))
+    head[4:8], head[40:44] = struct.pack("<I", 36 + size), struct.pack("<I", size)
+    Path("long.wav").write_bytes(head)
+    os.truncate("long.wav", len(head) + size)
+
+    def sign():
+        return panel.look(1002, inside=30)
+
+    def time_after(before):
+        panel.until(lambda: panel.look(1005) != before)
+        return panel.look(1005)
+
+    def play_or_pause():
+        panel.press(1002)
+        panel.screen.keys("Tab")  # the button looks as without the keyboard again
+
+    panel.start()
+    panel.pick(DEVICES, *LOOPBACK)
+    no_time = panel.look(1005)
+    panel.drop("long.wav")
+    start, idle = time_after(no_time), sign()
+    panel.press((1004, 0.75))
+    chosen = time_after(start)
+    play_or_pause()
+    time_after(chosen)
+    assert sign() != idle
+    play_or_pause()
+    panel.until(lambda: sign() == idle)
+    panel.press(1003)
+    panel.until(lambda: panel.look(1005) == start)
+    panel.press(8)
+    assert panel.ended() == 0

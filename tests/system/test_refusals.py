@@ -1,0 +1,124 @@
+"""What no command can serve: a line of complaint, the exit code, and every file as it was."""
+
+import shlex
+
+import pytest
+
+from programs import EXAMPLES, GOLDEN, cli, qsr, wav
+
+COMPLAINTS = [  # one line, exit code 1
+    ("design none -o n", "none: cannot be opened"),
+    ("design empty -o n", "empty: the file is empty"),
+    ("design zero.qsr -o n", "zero.qsr: the response is silence"),
+    ("design filters -o n", "filters:1: is a filter file"),
+    ("design t.csv -o n --rate 7999", "--rate: expected 8000 to 192000"),
+    ("design good.qsr -o n --rate 44100", "good.qsr: the file's sample rate is 48000 Hz"),
+    ("design good.qsr -o n --target t.csv", "t.csv:1: expected -zerocurve"),
+    ("design good.qsr -o n --addresses t.csv", 't.csv:1: expected "address'),
+    ("design good.qsr -o old --report none/r", "none/r: cannot be written"),
+    ("design good.qsr -o /dev/full", "/dev/full: cannot be written"),
+    ("design good.qsr -o ./good.qsr", "good.qsr: would overwrite"),
+    ("design t.csv --target old -o old", "old: would overwrite"),
+    ("design t.csv -o n --report ./n", "n: would overwrite"),
+    ("design t.csv -o n --export apo=n", "n: would overwrite"),
+    ("design t.csv -o n --plot n.gif", "n.gif: expected a name that ends in .png, .svg or .pdf"),
+    ("design t.csv -o n --plot n.png --size 300x100", "n.png: a picture of 300x100 has no room"),
+    ("plot good.png -o good.png", "good.png: would overwrite"),
+    ("plot t.csv -o n.png --size 9000x300", "--size: expected WIDTHxHEIGHT in pixels, at most"),
+    ("plot t.csv -o n.png --size 8000x8000 --scale 8", "100 million pixels"),
+    ("plot t.csv -o n.png --show target,noise", "there is no curve noise; expected all,"),
+    ("convert t.csv n.qsr", "n.qsr: a table of levels has no phase"),
+    ("convert t.csv t.csv", "t.csv: would overwrite"),
+    ("convert t.csv n.csv --kind apo", "t.csv: is a response"),
+    ("convert t.csv n.csv --channel 1", "--channel: only a wave file"),
+    ("convert guess.csv old --strict", "guess.csv: the level is taken from"),
+    ("convert named.wav n.csv --strict", "named.wav: taken for a table"),
+    ("convert good.qsr n.yml", "n.yml: an impulse response can become"),
+    ("convert raw.f32 n.qsr", "raw.f32: raw samples come without a sample rate"),
+    ("convert cut.wav n.qsr", "cut.wav: is no wave file"),
+    ("convert cut.txt n.json", "cut.txt:1: the file ends"),
+    ("convert filters n.txt", "n.txt: say with --kind"),
+    ("convert filters n --kind fir-wav", "n: a filter file holds no FIR"),
+    ("measure -o n --rate 11025", "--rate: expected an even rate"),
+    (f"measure -o n --device 'simulated:{EXAMPLES}/small-speaker.qsr' --rate 44100",
+     "at 48000 Hz, not at the 44100"),
+    ("measure -o n --device gramophone", "gramophone: there is no such audio device"),
+    ("measure -o n --device alsa:gramophone", "alsa:gramophone: cannot be opened for"),
+    ("measure -o n --device simulated --report n", "n: would overwrite another file"),
+    ("play none.wav --device simulated", "none.wav: cannot be opened"),
+    ("play t.csv --device simulated", "t.csv: is no wave file"),
+    ("play 2s.wav --device simulated --from 2.5", "2s.wav: the file ends after 2.00 seconds"),
+    ("play silent.wav --device simulated", "silent.wav: the file holds no sound"),
+    ("link read 78", "78: there is no such register; the last one is 77"),
+    ("link read 55", "55: the register has no contents"),
+    ("link read Volume", "Volume: expected a register's number"),
+    ("link write 07 100", "100: expected a word of 1 to 2 hexadecimal digits"),
+    ("link write 29 1 2 3 4", "29: the register takes 5 words, not 4"),
+    ("link program volume", "volume: 07 Master Vol is no register for a filter"),
+    ("link program twice", "twice: 2A PEQ Coef L1 stands twice"),
+    ("link crossover 9", "9: expected a frequency of 10 to 23999 Hz"),
+    ("link crossover 1k", "1k: expected a frequency in whole Hz, or off"),
+    ("link drc 1 --rate 1", "--rate: expected 8000 to 192000 Hz"),
+]
+USAGES = [  # exit code 2
+    "", "tune", "design", "plot t.csv", "convert t.csv", "measure", "play", "link", "link read",
+    "design t.csv", "design t.csv --measure -o n", "design t.csv -o n --faster",
+    "design t.csv -o n --gain-clamp 1", "design t.csv -o n --format 5",
+    "design t.csv -o n --rate fast", "design t.csv -o n --size 600x400",
+    "design t.csv -o n --export apo", "design t.csv -o n --export none=x",
+    "plot t.csv -o n.png --scale 0", "convert filters n --kind none", "play t.csv --from -1",
+    "link write 07", "link drc 3", "link read 07 --timeout 0", "link --port 70000 read 07",
+]
+BATCHES = [  # exit code 0 in spite of the complaint; what is written all the same
+    ("'' none qsr f t", "Error: Failed to open speaker response file\n", ""),
+    ("'' none csv f t", "Error: Failed to process data.\n", "t"),
+    ("'' good.qsr csv f t", "Error: Failed to process data.\n", "t"),
+    ("'' good.qsr qsr f none/t", "Error: Failed to save Target Response data.\n", "f"),
+    ("'' zero.qsr qsr f t", "Warning: The design did not give numbers", "f t"),
+    ("'' good.qsr qsr none/f t", "", "t"),
+    ("'' good.qsr qsr '' t", "", ""),
+    ("'' good.qsr qsr f ''", "", "f"),
+    ("'' '' qsr f t", "", ""),
+    ("48000", "", ""),
+]
+
+
+GOOD, SILENCE = qsr(48000, [1.0] + [0.0] * 32767), qsr(48000, [0.0] * 32768)
+FILTERS = (GOLDEN / "port44-warm3.filter.txt").read_text()
+INPUTS = {
+    "good.qsr": GOOD, "good.png": GOOD, "zero.qsr": SILENCE, "empty": "", "old": "old",
+    "t.csv": "20,1\n", "guess.csv": "20,1,2,3.5\n", "named.wav": "20,1\n", "cut.wav": "RIFF",
+    "silent.wav": wav(8000, []), "2s.wav": wav(8000, [0] * 16001), "raw.f32": b"\0\0\x80\x3F",
+    "filters": FILTERS, "cut.txt": "0x29 00 80 00 00\n", "volume": "0x07" + FILTERS[4:],
+    "twice": "0x2A" + FILTERS[4:],
+}
+
+
+@pytest.mark.parametrize("command, code, complaint, written", [
+    *((command, 1, complaint, "") for command, complaint in COMPLAINTS),
+    *((command, 2, "", "") for command in USAGES),
+    *(("-cmd " + words, 0, complaint, written) for words, complaint, written in BATCHES)])
+def test_what_cannot_be_served_is_told_and_leaves_the_files(
+        folder, amplifier, command, code, complaint, written):
+    for name, contents in INPUTS.items():
+        folder.put(name, contents)
+    before = {name: (folder / name).read_bytes() for name in INPUTS}
+    done = cli(*shlex.split(command.replace("link", f"link --port {amplifier.port}", 1)))
+    assert done.code == code
+    assert folder.names() == {*INPUTS, *written.split()}
+    assert {name: (folder / name).read_bytes() for name in INPUTS} == before
+    assert amplifier.frames() == []
+    assert complaint in done.err
+    assert (done.err == "") == (code == 0 and complaint == "")
+    if code == 1:
+        assert done.err.startswith("tonvane-cli: ")
+        assert done.err.count("\n") == 1
+
+
+@pytest.mark.parametrize("question, part", [
+    ("--version", "tonvane-cli 0."), ("--help", "-cmd RATE RESPONSE"), ("devices", "simulated"),
+    ("design --help", "--gain-clamp"), ("link drc --help", "--threshold")])
+def test_what_is_asked_about_the_program_is_told(question, part):
+    done = cli(*question.split())
+    assert (done.code, done.err) == (0, "")
+    assert part in done.out

@@ -1,0 +1,97 @@
+"""The devices on real audio servers without hardware, in real time: what is played is captured."""
+
+import random
+from pathlib import Path
+
+import pytest
+
+from programs import Running, cli, run, until
+from servers import JACK_PERIOD, WakeWatch, measured
+
+pytest_plugins = ["servers"]
+
+FRAME = 8  # bytes of a frame in the files of device-probe: 32 bits, stereo
+
+
+def measure(device):
+    with WakeWatch() as watch:
+        done = cli("measure", "--device", device, "-o", "out.qsr")
+    watch.excuse("(xruns)" in done.err)
+    assert (done.code, done.err) == (0, "")
+    return measured("out.qsr")
+
+
+def probe(device, played, *arguments):
+    """What the device reports of a run, undisturbed."""
+    Path("in").write_bytes(played)
+    with WakeWatch() as watch:
+        printed = run("device-probe", device, 48000, 2, "in", "out", *arguments).out
+    watch.excuse("xruns 0" not in printed)
+    return printed
+
+
+def test_measured_direct_path_is_flat_and_in_place_on_jack_three_times(folder, jack):
+    for _ in range(3):
+        flatness, onset = measure("jack:speaker")
+        assert flatness < 0.00001
+        assert onset == 32
+
+
+def test_measured_direct_path_is_flat_on_pulseaudio_three_times(folder, pulse):
+    for _ in range(3):
+        assert measure("alsa")[0] < 0.003
+
+
+def test_jack_captures_what_it_plays_in_step_with_its_latency(folder, jack):
+    # Of 16 bits, which floats keep.
+    played = b"".join(b"\0\0" + random.randbytes(2) for _ in range(2 * 60000))
+    expected = bytes(FRAME * JACK_PERIOD) + played
+    printed = probe("jack:speaker", played, len(expected) // FRAME)
+    assert printed == f"latency {JACK_PERIOD}\nxruns 0\nlost 0\n"
+    assert Path("out").read_bytes()[:len(expected)] == expected
+
+
+def test_callback_on_jack_does_not_disturb_the_system(jack):
+    done = run("jack-callback", env={"TONVANE_SERVER": str(jack.process.pid)})
+    assert done.code == 0, done.out
+    if "SKIPPED" in done.out:
+        pytest.skip("NOT TESTED: this kernel or this build does not show system calls")
+
+
+def test_pause_loses_neither_frames_nor_the_device_on_pulseaudio(folder, pulse):
+    assert probe("alsa", bytes(FRAME * 100000), 0, 40000) == "latency 0\nxruns 0\nlost 0\n"
+
+
+@pytest.mark.parametrize("server, device, playing", [
+    ("jack", "jack:speaker", ("jack_lsp", "tonvane:out_2")),
+    ("pulse", "alsa", ("pactl list sink-inputs", "Corked: no"))])
+def test_server_that_ends_loses_the_device_and_frees_its_workers(
+        folder, request, server, device, playing):
+    server = request.getfixturevalue(server)
+    Path("in").write_bytes(bytes(FRAME * 48000 * 60))
+    with Running("device-probe", device, 48000, 2, "in", "out", 48000 * 60) as program:
+        until(lambda: playing[1] in run(*playing[0].split()).out, program)
+        server.end()
+        until(lambda: "lost 1\n" in program.output(), program)
+
+
+@pytest.mark.parametrize("device, rate, reason", [
+    ("jack:speaker", 44100, "Sample rate 44100 Hz is not supported: "
+                            "the JACK server runs at 48000 Hz"),
+    ("alsa:no such PCM", 48000, 'Cannot open the ALSA device "no such PCM" for capture: '
+                                "No such file or directory")])
+def test_what_is_not_there_is_refused(folder, jack, device, rate, reason):
+    folder.put("in", "")
+    assert run("device-probe", device, rate, 2, "in", "out", 0).out == f"refused: {reason}\n"
+
+
+def test_devices_are_those_that_are_there_and_no_server_is_started(jack):
+    def devices():
+        done = cli("devices")
+        assert done.err == ""
+        return [line.split()[:2] for line in done.out.splitlines() if line[0] != " "]
+
+    assert devices() == [["200", "alsa"], ["201", "jack:system"], ["202", "jack:speaker"],
+                         ["300", "simulated"]]
+    jack.end()
+    assert devices() == [["200", "alsa"], ["300", "simulated"]]

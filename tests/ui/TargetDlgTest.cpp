@@ -1,0 +1,223 @@
+// The dialog at work: targets, rates, curves, parameters and responses as a person changes them.
+#include <filesystem>
+
+#include "ui/DialogDesk.h"
+
+namespace tonvane {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace controls;
+
+using TargetDlg = tests::DialogDesk;
+
+TEST_F(TargetDlg, ADraggedKnotRedrawsWhileItMovesAndDesignsWhenItIsLetGo) {
+    setGolden(0);
+    start();
+    const auto before = words();
+    const TargetRecord record = run().curves[0];
+    const CurvePoint& knot = run().curves[0].points[3];
+    host.take();
+    CCurveGraphWindow& plot = dialog->plot;
+    plot.OnLeftButtonDown(onPlot(1300, 0));
+    plot.OnMouseMove(onPlot(1700, -6));
+    host.deliver();
+    EXPECT_EQ(words(), before);
+    EXPECT_NEAR(knot.frequency, 1700, 10);  // a pixel is 1 %
+    EXPECT_EQ(knot.level, -6);
+    EXPECT_EQ(control(status1).text, "(" + std::to_string(knot.frequency) + " Hz, -6 dB)");
+    plot.OnLeftButtonUp();
+    host.deliver();
+    const auto after = words();
+    EXPECT_NE(after, before);
+    EXPECT_EQ(values.TargetCurveKind, savedCurve);
+    EXPECT_EQ(control(status1).text, "");
+    EXPECT_THAT(host.take(), ElementsAre("mouse captured", "mouse free"));
+
+    host.press(undo);
+    EXPECT_EQ(plot.record, record);
+    EXPECT_EQ(run().curves[0], record);
+    EXPECT_EQ(values.TargetCurveKind, userCurve);
+    EXPECT_EQ(words(), before);
+    host.press(undo);  // there is nothing more
+    host.press(redo);
+    EXPECT_EQ(values.TargetCurveKind, savedCurve);
+    EXPECT_EQ(words(), after);
+    host.press(reset);
+    EXPECT_EQ(run().curves[0], values.DefaultTargetCurve);
+}
+
+TEST_F(TargetDlg, UndoGoesBackToTheCurveThatWasEdited) {
+    const auto edited = [&] {
+        std::vector<int> curves;
+        for (int i = 0; i < curveCount; ++i) {
+            if (run().curves[static_cast<size_t>(i)] != BuiltInTargetCurve) {
+                curves.push_back(i);
+            }
+        }
+        return curves;
+    };
+    start();
+    host.drag(onPlot(1250, 0), onPlot(1250, 5));
+    host.choose(curve, 4);
+    EXPECT_EQ(dialog->plot.record, BuiltInTargetCurve);
+    host.drag(onPlot(1250, 0), onPlot(1250, 5));
+    EXPECT_THAT(edited(), ElementsAre(0, 4));
+    host.press(undo);
+    EXPECT_EQ(run().currentCurve, 4);
+    EXPECT_THAT(edited(), ElementsAre(0));
+    host.press(undo);
+    EXPECT_EQ(control(curve).selected, 0);
+    EXPECT_EQ(run().currentCurve, 0);
+    EXPECT_THAT(edited(), IsEmpty());
+    host.drag(onPlot(1250, 0), onPlot(1250, 5));
+    host.press(redo);  // a new change has taken away what could be done again
+    host.press(redo);
+    EXPECT_THAT(edited(), ElementsAre(0));
+}
+
+TEST_F(TargetDlg, GainClampAndCurveDesignAnew) {
+    setGolden(0);
+    start();
+    host.choose(gainClamp, 3);
+    EXPECT_EQ(run().gainClampDb(), -3.0);
+    const auto atThree = words();
+    host.drag(onPlot(1300, 0), onPlot(1300, -8));
+    const auto edited = words();
+    EXPECT_NE(edited, atThree);
+    host.choose(curve, 1);
+    EXPECT_EQ(words(), atThree);
+    host.choose(curve, 0);
+    EXPECT_EQ(words(), edited);
+    host.choose(gainClamp, 6);
+    EXPECT_NE(words(), edited);
+    host.press(controls::close);
+    EXPECT_THAT(tests::Contents(folder / "target.txt"), testing::StartsWith("-savedcurve\n-6\n"));
+}
+
+TEST_F(TargetDlg, AnotherInputRateReadsTheCommandLinesResponseAgain) {
+    setGolden(2);
+    start();
+    const auto before = words();
+    host.choose(inputRate, 1);
+    EXPECT_EQ(values.InputSampleRate, 44100);
+    EXPECT_EQ(run().measurement.sampleRate, 44100);
+    EXPECT_NE(words(), before);
+    EXPECT_THAT(control(filterRate).items, ElementsAre("48000 Hz"));
+    host.choose(inputRate, 2);  // with the target still on the grid of 44100 Hz
+    host.choose(inputRate, 2);
+    EXPECT_EQ(words(), before);
+
+    values.ResponseFilePath.clear();
+    host.choose(inputRate, 4);
+    EXPECT_EQ(run().designRate, 96000);
+    EXPECT_EQ(run().measurement.sampleRate, 48000);
+    EXPECT_EQ(words(), before);
+}
+
+TEST_F(TargetDlg, TheCurveBoxesRedrawExceptTheLast) {
+    start();
+    for (int id = showFirst; id <= showLast; ++id) {
+        host.redraws = 0;
+        host.click(id);
+        EXPECT_EQ(host.redraws, id == showLast ? 0 : 1) << id;
+    }
+    EXPECT_FALSE(dialog->plot.showKnots);
+    EXPECT_TRUE(dialog->plot.showBandEdges);
+    control(showTarget).check = 2;  // the curve without its knots
+    host.press(showTarget);
+    EXPECT_FALSE(dialog->plot.showKnots);
+    host.redraws = 0;
+    host.choose(filterRate, 0);
+    EXPECT_EQ(host.redraws, 1);
+}
+
+TEST_F(TargetDlg, ParameterFilesCarryAllCurvesAndTheGainIntoADesign) {
+    setGolden(0);
+    start();
+    host.choose(curve, 7);
+    host.drag(onPlot(1300, 0), onPlot(1300, 5));
+    host.choose(gainClamp, 4);
+    const auto curves = run().curves;
+    const auto saved = words();
+    host.take();
+    host.chosenFiles = {folder / "parameters.txt"};
+    host.press(saveParameters);
+    EXPECT_THAT(host.take(), ElementsAre("save Design Parameters (*.txt) *.txt txt"));
+    host.press(reset);
+    host.choose(curve, 0);
+    host.choose(gainClamp, 0);
+    host.press(loadParameters);  // cancelled
+    EXPECT_NE(words(), saved);
+    host.chosenFiles = {folder / "parameters.txt"};
+    host.press(loadParameters);
+    EXPECT_EQ(words(), saved);
+    EXPECT_EQ(control(curve).selected, 7);
+    EXPECT_EQ(control(gainClamp).selected, 4);
+    EXPECT_EQ(dialog->plot.record, curves[7]);
+    host.press(undo);  // what was loaded cannot be taken back
+    host.press(undo);
+    EXPECT_EQ(run().curves, curves);
+
+    host.chosenFiles = {folder.write("other.txt", "[Global]\nTargetCurveIndex=12\nEqAttn=13\n")};
+    host.press(loadParameters);
+    EXPECT_EQ(control(curve).selected, 9);
+    EXPECT_EQ(control(gainClamp).selected, -1);
+}
+
+TEST_F(TargetDlg, OpensAResponseThatAPersonChooses) {
+    start();
+    host.take();
+    values.ResponseIsCsv = false;
+    host.chosenFiles = {folder / "missing.qsr"};
+    host.press(openResponse);
+    EXPECT_THAT(host.take(), ElementsAre("open Quorrel Speaker response (*.qsr) *.qsr qsr",
+                                         "focus 0", "Error: Failed to open speaker response file"));
+    EXPECT_FALSE(run().responseReady);
+    EXPECT_EQ(control(status1).text, "Analyzing Loaded Data ...");
+
+    folder.copyGolden("small48.qsr", "OTHER.qsr");
+    folder.write("other.qsr", "not the one that was chosen");
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    host.chosenFiles = {"OTHER.qsr"};
+    host.press(openResponse);
+    std::filesystem::current_path(before);
+    // 10 log10 0.33428 is -4.76.
+    EXPECT_THAT(control(results).cells,
+                ElementsAre("LTop", "Pos", "148 smpl", "-4.8 dB", "175 Hz"));
+    EXPECT_EQ(control(status1).text, "");
+
+    values.ResponseIsCsv = true;
+    host.take();
+    host.chosenFiles = {folder / "missing.csv"};
+    host.press(openTable);
+    EXPECT_THAT(host.take(), ElementsAre("open CSV (Comma delimited) (*.csv) *.csv csv", "focus 0",
+                                         "Error: Failed to process data.", "focus 0"));
+    EXPECT_TRUE(run().responseReady);
+    EXPECT_THAT(control(results).cells, ElementsAre("LTop", "", "", "", ""));
+}
+
+TEST_F(TargetDlg, AMeasurementThatCannotStartWaitsForStop) {
+    start();
+    host.take();
+    const auto allEnabled = [&] {
+        auto all = usable(curve, reset);
+        all.merge(usable(measure, measure));
+        return all;
+    };
+    EXPECT_EQ(allEnabled().size(), 6U);
+    host.press(measure);
+    EXPECT_EQ(control(status1).text, "Preparing ...");
+    EXPECT_THAT(allEnabled(), IsEmpty());
+    host.press(controls::stop);
+    EXPECT_EQ(control(status1).text, "");
+    EXPECT_EQ(allEnabled().size(), 6U);
+    EXPECT_THAT(host.take(), IsEmpty());
+    EXPECT_FALSE(run().responseReady);
+}
+
+}  // namespace
+}  // namespace tonvane
