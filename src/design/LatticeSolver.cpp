@@ -15,46 +15,17 @@ using elementary::StoreDoubles;
 using elementary::Twice;
 
 constexpr double rounding = 1e-24;  // of a residual's energy, against the whole's
-constexpr int32_t width = 4;
+// Samples side by side, and partial sums of an inner product: with more of them the sums of a walk
+// do not stay in registers.
+constexpr int32_t width = 2;
 
-// Four neighbouring samples, or four partial sums, as two registers.
-struct Four {
-    DoublePair low{};
-    DoublePair high{};
-
-    Four& operator+=(const Four& x) {
-        low += x.low;
-        high += x.high;
-        return *this;
-    }
-    [[nodiscard]] double total() const { return (low[0] + low[1]) + (high[0] + high[1]); }
-};
-
-Four operator*(const Four& x, const Four& y) {
-    return {x.low * y.low, x.high * y.high};
+// `now` one sample later, with the last one of the pair before.
+DoublePair delayed(DoublePair before, DoublePair now) {
+    return __builtin_shufflevector(before, now, 1, 2);
 }
 
-Four operator-(const Four& x, const Four& y) {
-    return {x.low - y.low, x.high - y.high};
-}
-
-Four loadFour(const double* p) {
-    return {LoadDoubles(p), LoadDoubles(p + 2)};
-}
-
-void storeFour(double* p, const Four& x) {
-    StoreDoubles(p, x.low);
-    StoreDoubles(p + 2, x.high);
-}
-
-Four allFour(double x) {
-    return {Twice(x), Twice(x)};
-}
-
-// `now` one sample later, with the last one of the four before.
-Four delayed(const Four& before, const Four& now) {
-    return {__builtin_shufflevector(before.high, now.low, 1, 2),
-            __builtin_shufflevector(now.low, now.high, 1, 2)};
+double totalOf(DoublePair sums) {
+    return sums[0] + sums[1];
 }
 
 int32_t roundedUp(int32_t samples) {
@@ -169,17 +140,17 @@ LatticeSolver::Energies LatticeSolver::start(std::span<const double> p, std::spa
     take(p, forwardP_);
     take(y, forwardY_);
 
-    Four pp, py, yy, crossPp, crossPy, crossYp, crossYy, beforeP, beforeY;
+    DoublePair pp{}, py{}, yy{}, crossPp{}, crossPy{}, crossYp{}, crossYy{}, beforeP{}, beforeY{};
     const int32_t end = roundedUp(static_cast<int32_t>(y.size()) + 1);
     for (int32_t n = 0; n < end; n += width) {
-        const Four fp = loadFour(&forwardP_[n]);
-        const Four fy = loadFour(&forwardY_[n]);
-        const Four dp = delayed(beforeP, fp);
-        const Four dy = delayed(beforeY, fy);
+        const DoublePair fp = LoadDoubles(&forwardP_[n]);
+        const DoublePair fy = LoadDoubles(&forwardY_[n]);
+        const DoublePair dp = delayed(beforeP, fp);
+        const DoublePair dy = delayed(beforeY, fy);
         beforeP = fp;
         beforeY = fy;
-        storeFour(&delayedP_[n], dp);
-        storeFour(&delayedY_[n], dy);
+        StoreDoubles(&delayedP_[n], dp);
+        StoreDoubles(&delayedY_[n], dy);
         pp += fp * fp;
         py += fp * fy;
         yy += fy * fy;
@@ -190,8 +161,8 @@ LatticeSolver::Energies LatticeSolver::start(std::span<const double> p, std::spa
     }
     std::fill(delayedP_.begin() + end, delayedP_.end(), 0.0);
     std::fill(delayedY_.begin() + end, delayedY_.end(), 0.0);
-    const Gram gram{pp.total(), py.total(), yy.total()};
-    return {gram, gram, {crossPp.total(), crossPy.total(), crossYp.total(), crossYy.total()}};
+    const Gram gram{totalOf(pp), totalOf(py), totalOf(yy)};
+    return {gram, gram, {totalOf(crossPp), totalOf(crossPy), totalOf(crossYp), totalOf(crossYy)}};
 }
 
 // The coefficients of the residuals of order `stage` from those of the order before.
@@ -214,33 +185,33 @@ void LatticeSolver::stepUp(int32_t stage, const Reflection& forward, const Refle
 // The residuals of the next order, and their inner products on the same walk.
 LatticeSolver::Energies LatticeSolver::advance(int32_t end, const Reflection& forward,
                                                const Reflection& backward) {
-    const Four fpp = allFour(forward.pp), fpy = allFour(forward.py);
-    const Four fyp = allFour(forward.yp), fyy = allFour(forward.yy);
-    const Four bpp = allFour(backward.pp), bpy = allFour(backward.py);
-    const Four byp = allFour(backward.yp), byy = allFour(backward.yy);
-    Four forwardPp, forwardPy, forwardYy, delayedPp, delayedPy, delayedYy;
-    Four crossPp, crossPy, crossYp, crossYy, beforeP, beforeY;
+    const DoublePair fpp = Twice(forward.pp), fpy = Twice(forward.py);
+    const DoublePair fyp = Twice(forward.yp), fyy = Twice(forward.yy);
+    const DoublePair bpp = Twice(backward.pp), bpy = Twice(backward.py);
+    const DoublePair byp = Twice(backward.yp), byy = Twice(backward.yy);
+    DoublePair forwardPp{}, forwardPy{}, forwardYy{}, delayedPp{}, delayedPy{}, delayedYy{};
+    DoublePair crossPp{}, crossPy{}, crossYp{}, crossYy{}, beforeP{}, beforeY{};
     double* const forwardP = forwardP_.data();
     double* const forwardY = forwardY_.data();
     double* const delayedP = delayedP_.data();
     double* const delayedY = delayedY_.data();
     for (int32_t n = 0; n < end; n += width) {
-        const Four oldFp = loadFour(forwardP + n);
-        const Four oldFy = loadFour(forwardY + n);
-        const Four oldDp = loadFour(delayedP + n);
-        const Four oldDy = loadFour(delayedY + n);
-        const Four fp = oldFp - fpp * oldDp - fyp * oldDy;
-        const Four fy = oldFy - fpy * oldDp - fyy * oldDy;
-        const Four bp = oldDp - bpp * oldFp - byp * oldFy;
-        const Four by = oldDy - bpy * oldFp - byy * oldFy;
-        const Four dp = delayed(beforeP, bp);
-        const Four dy = delayed(beforeY, by);
+        const DoublePair oldFp = LoadDoubles(forwardP + n);
+        const DoublePair oldFy = LoadDoubles(forwardY + n);
+        const DoublePair oldDp = LoadDoubles(delayedP + n);
+        const DoublePair oldDy = LoadDoubles(delayedY + n);
+        const DoublePair fp = oldFp - fpp * oldDp - fyp * oldDy;
+        const DoublePair fy = oldFy - fpy * oldDp - fyy * oldDy;
+        const DoublePair bp = oldDp - bpp * oldFp - byp * oldFy;
+        const DoublePair by = oldDy - bpy * oldFp - byy * oldFy;
+        const DoublePair dp = delayed(beforeP, bp);
+        const DoublePair dy = delayed(beforeY, by);
         beforeP = bp;
         beforeY = by;
-        storeFour(forwardP + n, fp);
-        storeFour(forwardY + n, fy);
-        storeFour(delayedP + n, dp);
-        storeFour(delayedY + n, dy);
+        StoreDoubles(forwardP + n, fp);
+        StoreDoubles(forwardY + n, fy);
+        StoreDoubles(delayedP + n, dp);
+        StoreDoubles(delayedY + n, dy);
         forwardPp += fp * fp;
         forwardPy += fp * fy;
         forwardYy += fy * fy;
@@ -252,25 +223,25 @@ LatticeSolver::Energies LatticeSolver::advance(int32_t end, const Reflection& fo
         crossYp += fy * dp;
         crossYy += fy * dy;
     }
-    return {{forwardPp.total(), forwardPy.total(), forwardYy.total()},
-            {delayedPp.total(), delayedPy.total(), delayedYy.total()},
-            {crossPp.total(), crossPy.total(), crossYp.total(), crossYy.total()}};
+    return {{totalOf(forwardPp), totalOf(forwardPy), totalOf(forwardYy)},
+            {totalOf(delayedPp), totalOf(delayedPy), totalOf(delayedYy)},
+            {totalOf(crossPp), totalOf(crossPy), totalOf(crossYp), totalOf(crossYy)}};
 }
 
 // The last order: of its residuals only the two inner products that are still wanted.
 LatticeSolver::Energies LatticeSolver::finish(int32_t end, const Reflection& forward) {
-    const Four fpp = allFour(forward.pp), fpy = allFour(forward.py);
-    const Four fyp = allFour(forward.yp), fyy = allFour(forward.yy);
-    Four pp, py;
+    const DoublePair fpp = Twice(forward.pp), fpy = Twice(forward.py);
+    const DoublePair fyp = Twice(forward.yp), fyy = Twice(forward.yy);
+    DoublePair pp{}, py{};
     for (int32_t n = 0; n < end; n += width) {
-        const Four dp = loadFour(&delayedP_[n]);
-        const Four dy = loadFour(&delayedY_[n]);
-        const Four fp = loadFour(&forwardP_[n]) - fpp * dp - fyp * dy;
-        const Four fy = loadFour(&forwardY_[n]) - fpy * dp - fyy * dy;
+        const DoublePair dp = LoadDoubles(&delayedP_[n]);
+        const DoublePair dy = LoadDoubles(&delayedY_[n]);
+        const DoublePair fp = LoadDoubles(&forwardP_[n]) - fpp * dp - fyp * dy;
+        const DoublePair fy = LoadDoubles(&forwardY_[n]) - fpy * dp - fyy * dy;
         pp += fp * fp;
         py += fp * fy;
     }
-    return {{pp.total(), py.total(), 0.0}, {}, {}};
+    return {{totalOf(pp), totalOf(py), 0.0}, {}, {}};
 }
 
 }  // namespace tonvane
