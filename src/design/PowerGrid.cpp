@@ -12,7 +12,7 @@ namespace {
 
 using elementary::DoublePair;
 
-constexpr size_t pairs = 4;  // of points in a block
+constexpr size_t pairs = 8;  // of points in a block
 
 struct RecursionState {
     std::array<DoublePair, pairs> sum{};

@@ -21,7 +21,8 @@ class PowerGrid {
     void power(std::span<const double> coefficients, std::span<double> out) const;
 
   private:
-    static constexpr size_t width = 8;  // points side by side
+    static constexpr size_t width =
+        16;  // points side by side, whose recursions do not wait for each other
 
     struct Block {
         double u[width];

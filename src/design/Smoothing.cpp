@@ -5,7 +5,9 @@
 #include <cmath>
 #include <numeric>
 #include <span>
+#include <vector>
 
+#include "elementary/DoublePair.h"
 #include "elementary/Elementary.h"
 
 namespace tonvane {
@@ -77,50 +79,57 @@ int32_t halfWidthAt(int32_t i) {
     return elementary::TruncateToInt(i * quarterOctave + 0.5);
 }
 
-// The square of the distance at which the window at a point ends.
-double edgeAt(int32_t i) {
-    const double edge = halfWidthAt(i) + 1.0;
-    return edge * edge;
+double proportionalWeight(int32_t halfWidth, int32_t q) {
+    const double edge = static_cast<double>(halfWidth + 1) * (halfWidth + 1);
+    const double root = edge - static_cast<double>(q) * q;
+    return root * root;
 }
 
-// The sums of the windows' weights.
-DesignCurve proportionalNorms() {
-    DesignCurve norms{};
+// The points whose windows are alike, and the sums of their weights, cut at the end of the band.
+struct EqualWindows {
+    static constexpr int32_t most = 6;  // points; half the width grows by 0.19 a point
+
+    int32_t first = 0;
+    int32_t halfWidth = 0;
+    int32_t count = 0;
+    std::array<double, most> norms{};
+};
+
+std::vector<EqualWindows> proportionalWindows() {
+    std::vector<EqualWindows> windows;
     for (int32_t i = 0; i < designPoints; ++i) {
         const int32_t halfWidth = halfWidthAt(i);
+        if (windows.empty() || windows.back().halfWidth != halfWidth) {
+            windows.push_back({i, halfWidth, 0, {}});
+        }
+        EqualWindows& window = windows.back();
+        double& norm = window.norms[window.count++];
         const int32_t last = std::min(halfWidth, designPoints - 1 - i);
         for (int32_t q = -halfWidth; q <= last; ++q) {
-            const double root = edgeAt(i) - static_cast<double>(q) * q;
-            norms[i] += root * root;
+            norm += proportionalWeight(halfWidth, q);
         }
     }
-    return norms;
+    return windows;
 }
 
-// What lies outside a window has weight 0, what lies outside the curve is 0.
 void smoothProportionally(const DesignCurve& in, DesignCurve& out) {
-    static const DesignCurve norms = proportionalNorms();
-    constexpr int32_t margin = 400;  // at least the widest window's half
-    std::array<double, designPoints + 2 * margin> padded{};
-    std::ranges::copy(in, padded.begin() + margin);
-    for (int32_t i = 0; i < designPoints; i += lanes) {
-        const int32_t count = std::min(lanes, designPoints - i);
-        std::array<double, lanes> edges;
-        std::array<double, lanes> sums{};
-        for (int32_t k = 0; k < lanes; ++k) {
-            edges[k] = edgeAt(std::min(i + k, designPoints - 1));
-        }
-        const int32_t widest = halfWidthAt(i + count - 1);
-        for (int32_t q = -widest; q <= widest; ++q) {
-            const double square = static_cast<double>(q) * q;
-            const double* const x = &padded[margin + i + q];
-            for (int32_t k = 0; k < lanes; ++k) {
-                const double root = std::max(edges[k] - square, 0.0);
-                sums[k] += x[k] * (root * root);
+    using elementary::DoublePair;
+    static const std::vector<EqualWindows> windows = proportionalWindows();
+    constexpr int32_t pairs = EqualWindows::most / 2;
+    constexpr int32_t margin = 400;  // silence behind the band, more than half the widest window
+    std::array<double, designPoints + margin> padded{};
+    std::ranges::copy(in, padded.begin());
+    for (const EqualWindows& window : windows) {
+        std::array<DoublePair, pairs> sums{};
+        for (int32_t q = -window.halfWidth; q <= window.halfWidth; ++q) {
+            const double weight = proportionalWeight(window.halfWidth, q);
+            const double* const x = &padded[window.first + q];
+            for (int32_t k = 0; k < pairs; ++k) {
+                sums[k] += elementary::LoadDoubles(x + 2 * k) * weight;
             }
         }
-        for (int32_t k = 0; k < count; ++k) {
-            out[i + k] = sums[k] / norms[i + k];
+        for (int32_t k = 0; k < window.count; ++k) {
+            out[window.first + k] = sums[k / 2][k % 2] / window.norms[k];
         }
     }
 }
