@@ -1,6 +1,7 @@
 #include "tuning/DesignReport.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include <fmt/core.h>
@@ -160,6 +161,12 @@ void addWarnings(const EqDesigner& designer, DesignReport& report) {
     }
 }
 
+bool fits(const Biquad& section) {
+    const auto& [b0, b1, b2, a1, a2] = section;
+    return std::ranges::all_of(std::array{b0, b1, b2, -a1, -a2},
+                               [](double x) { return std::isfinite(x) && FitsCoefWord(x); });
+}
+
 const char* polarityName(int32_t polarity) {
     return polarity > 0 ? "positive" : polarity < 0 ? "negative" : "unknown";
 }
@@ -172,8 +179,8 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     DesignReport report;
     report.sampleRate = run.designRate;
     report.delaySamples = analyzer.delaySamples;
-    report.polarity = analyzer.polarity;
-    report.cutoffHz = analyzer.cutoffHz;
+    report.polarity = analyzer.polarity();
+    report.cutoffHz = analyzer.cutoffHz();
     report.hasTimeSignal = !values.ResponseIsCsv;
     report.loudnessDb = powerDb(designer.measuredLoudness);
     report.gainClampDb = designer.gainClampDb;
@@ -194,6 +201,13 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     report.deviationAfterDb = deviationDb(report.curves, target, true);
     addWarnings(designer, report);
     return report;
+}
+
+// A kept pass has a finite distance, so that FIR and fit are numbers everywhere, and sections with
+// a gain and without a pole on the circle keep that as words.
+bool HasPlainlyUsableWords(const IirFitter& fitter) {
+    return fitter.bestPass >= 0 && std::ranges::all_of(fitter.sections, fits) &&
+           fitter.coefficientWords[0] != 0 && LargestPoleRadius(fitter.coefficientWords) < 1.0;
 }
 
 std::string SummaryText(const DesignReport& report) {

@@ -170,18 +170,29 @@ void TuningRun::design() {
     if (!responseAnalyzer.valid) {
         return;
     }
-    const SpectrumBuffer& response = responseAnalyzer.response;
-    if (values_.ResponseIsCsv) {
-        eqDesigner.prepareFromSpectrum(response.spectrum);
-    } else {
-        eqDesigner.prepareFromImpulse(response.time(), responseAnalyzer.delaySamples);
-    }
+    prepareResponse();
     eqDesigner.designFir(values_.SampleRateTable[0]);
     const auto taps = eqDesigner.firTaps.first(tapCount);
     responseAnalyzer.predictFir(taps, gain);
     iirFitter.configure(designRate, taps, sectionCount, designLength, gain);
     iirFitter.fit();
     responseAnalyzer.predictIir(iirFitter.numerator[0], iirFitter.denominator[0], gain);
+}
+
+// Once a response: a moved target does not change it.
+void TuningRun::prepareResponse() {
+    const Prepared wanted{responseAnalyzer.loads, eqDesigner.sampleRate,
+                          values_.ResponseIsCsv != 0};
+    if (prepared_ == wanted) {
+        return;
+    }
+    prepared_ = wanted;
+    const SpectrumBuffer& response = responseAnalyzer.response;
+    if (wanted.isTable) {
+        eqDesigner.prepareFromSpectrum(response.spectrum);
+    } else {
+        eqDesigner.prepareFromImpulse(response.time(), responseAnalyzer.delaySamples);
+    }
 }
 
 void TuningRun::ApplyCurveEdit(const TargetRecord& edited, bool redesign) {

@@ -133,6 +133,7 @@ class TuningRun {
   private:
     void DesignAndProgram();
     void design();
+    void prepareResponse();
     void finishLoad();
     void selectGain(int64_t index);
     void SaveTargetFile();
@@ -141,6 +142,15 @@ class TuningRun {
     ProgramValues& values_;
     Messages& messages_;
     TuningView* view_;
+
+    // What eqDesigner is prepared with.
+    struct Prepared {
+        int64_t load = 0;  // of responseAnalyzer
+        int32_t sampleRate = 0;
+        bool isTable = false;
+        bool operator==(const Prepared&) const = default;
+    };
+    Prepared prepared_;
 };
 
 }  // namespace tonvane

@@ -96,7 +96,6 @@ TEST_F(Display, DrawsTheCurvesInTheirOrderAndColours) {
 TEST_F(Display, WithoutAResponseThereAreTheTargetAndThePassbandOnly) {
     start("");
     EXPECT_THAT(drawn(allCurves), SizeIs(2 + 9));
-    run->responseAnalyzer.polarity = 0;
     run->responseAnalyzer.valid = true;  // loaded, but not yet designed
     run->responseAnalyzer.response.spectrum.resize(responseBins);
     EXPECT_EQ(ResultsRow(*run)[1], "??");
