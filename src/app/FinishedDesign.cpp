@@ -61,6 +61,7 @@ std::unique_ptr<FinishedDesign> DesignResponse(const DesignRequest& request) {
     InitFftTables(responseLength);
     design->run = std::make_unique<TuningRun>(design->values, design->messages, nullptr,
                                               request.link.port, MakeTransport(request.link));
+    design->run->iirFitter.solver = request.solver;
     takeResponse(request, *design);
     design->run->responseReady = true;
     design->run->RunDesign();

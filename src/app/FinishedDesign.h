@@ -29,6 +29,7 @@ struct DesignRequest {
     std::optional<std::string> target;  // target file; flat without one
     std::optional<int32_t> gainClamp;   // dB, 0 to -12; ahead of the target file's; else usual
     LinkOptions link;                   // how the run reaches an amplifier
+    FitSolver solver = FitSolver::lattice;
 };
 
 // The response, in the group of what a response can come from, and what it is designed for: --rate,

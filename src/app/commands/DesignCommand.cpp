@@ -28,6 +28,7 @@ struct DesignOptions {
     std::optional<std::string> report;     // a page if its name ends in .html or .htm, else JSON
     PictureOptions plot;                   // a picture of the design, if its output has a name
     std::vector<Export> exports;           // the result for other programs
+    std::string solver = "lattice";        // of the fit's equations, or "lapack"
     bool program = false;                  // send the filter to the amplifier
 };
 
@@ -154,11 +155,21 @@ void AddDesignCommand(Command& program) {
     for (CommandOption& look : AddPictureLooks(command, options->plot)) {
         look.needs(plot);
     }
+    command
+        .option(
+            "--solver", options->solver,
+            "What solves the equations of the fit: lattice, or LAPACK's dgelsd, which takes ten "
+            "times as long and is as close")
+        .oneOf(std::vector<std::string>{"lattice", "lapack"});
     command.flag("--program", options->program,
                  "Send the filter to the amplifier through the link server");
     AddLinkOptions(command, request.link);
     command.footer("Example: tonvane-cli design speaker.qsr -o filters.txt --gain-clamp -6");
-    command.action([options] { design(*options); });
+    command.action([options] {
+        options->request.solver =
+            options->solver == "lapack" ? FitSolver::lapack : FitSolver::lattice;
+        design(*options);
+    });
 }
 
 }  // namespace tonvane
