@@ -1,6 +1,7 @@
 // Wave files against SoX and against the layout of the format.
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 
 #include <gmock/gmock.h>
 
@@ -142,6 +143,13 @@ TEST_F(WaveFile, SeeksToAFrameAndHasNoneBehindItsEnd) {
     file.Read(&sample, 1);
     EXPECT_EQ(sample, 0.5);
     file.SeekFrame(1000);
+    EXPECT_EQ(file.FramesLeft(), 0);
+    file.Read(&sample, 1);
+    EXPECT_FALSE(file.isBroken());
+    file.SeekFrame(0);
+    std::filesystem::resize_file(folder / "x.wav", 44);
+    file.Read(&sample, 1);
+    EXPECT_TRUE(file.isBroken());
     EXPECT_EQ(file.FramesLeft(), 0);
 }
 
