@@ -104,16 +104,14 @@ std::vector<double> FitImpulse(const std::string& path, std::vector<double> samp
     return {begin, begin + static_cast<ptrdiff_t>(wantedSamples)};
 }
 
-std::vector<double> ReadRawSamples(const std::string& path) {
-    const std::string bytes = ReadInputBytes(path, longestRaw + 1);
+std::vector<double> ParseRawSamples(const std::string& path, std::string_view bytes) {
     if (bytes.empty() || bytes.size() > longestRaw || bytes.size() % bytesPerValue != 0) {
         throw InputError(path, "expected float32 samples, four bytes each, up to 64 MB; found " +
-                                   std::to_string(bytes.size()) + " bytes" +
-                                   (bytes.size() > longestRaw ? " and more" : ""));
+                                   std::to_string(bytes.size()) + " bytes");
     }
     std::vector<double> samples(bytes.size() / bytesPerValue);
     for (size_t i = 0; i < samples.size(); ++i) {
-        const auto value = std::string_view(bytes).substr(i * bytesPerValue, bytesPerValue);
+        const auto value = bytes.substr(i * bytesPerValue, bytesPerValue);
         samples[i] = std::bit_cast<float>(LoadLittleEndian<uint32_t>(value));
     }
     return samples;

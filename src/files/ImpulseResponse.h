@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "files/InputNotes.h"
@@ -22,8 +23,8 @@ std::vector<double> FitImpulse(const std::string& path, std::vector<double> samp
                                InputNotes& notes);
 
 // The samples of a file of little-endian float32 values and nothing else; throws InputError for one
-// that cannot be opened, is empty, too long or ends inside a value.
-std::vector<double> ReadRawSamples(const std::string& path);
+// that is empty, too long or ends inside a value. `path` is for the messages.
+std::vector<double> ParseRawSamples(const std::string& path, std::string_view bytes);
 
 // The bytes of such a file.
 std::string FormatRawSamples(std::span<const double> samples);

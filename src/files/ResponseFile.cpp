@@ -59,7 +59,10 @@ bool WriteResponseFile(const std::string& path, int32_t rate, std::span<const do
 }
 
 SpeakerResponse ReadCheckedResponseFile(const std::string& path) {
-    const std::string bytes = ReadInputBytes(path, responseFileBytes + 1);
+    return ParseResponseFile(path, ReadInputBytes(path, responseFileBytes + 1));
+}
+
+SpeakerResponse ParseResponseFile(const std::string& path, std::string_view bytes) {
     if (bytes.size() != responseFileBytes) {
         const bool isLonger = bytes.size() > responseFileBytes;
         throw InputError(path, "expected a speaker response of " +

@@ -44,9 +44,10 @@ bool readKnot(TextScanner& scanner, CurvePoint& knot) {
 }  // namespace
 
 TargetFileStatus LoadTargetFile(const std::string& path, TargetSettings& settings) {
-    const auto text = ReadTextFile(path);
+    ReadFault fault;
+    const auto text = ReadTextFile(path, &fault);
     if (!text) {
-        return TargetFileStatus::missing;
+        return fault.wasOpened ? TargetFileStatus::damaged : TargetFileStatus::missing;
     }
     TextScanner scanner(*text);
     const int32_t kind = readKind(scanner);

@@ -135,24 +135,30 @@ std::string TextOf(const fs::path& path) {
     return {text.begin(), text.end()};
 }
 
-std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most) {
+std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most, ReadFault* fault) {
     const fs::path place = PathOf(path);
+    errno = 0;
     std::ifstream in(place, std::ios::binary);
-    if (!in.is_open() || isFolder(place)) {
-        return std::nullopt;
-    }
+    const bool wasOpened = in.is_open() && !isFolder(place);
     std::string contents;
     std::string block(size_t{64} << 10U, '\0');
-    while (in && contents.size() < most) {
+    while (wasOpened && in && contents.size() < most) {
         const size_t wanted = std::min(block.size(), most - contents.size());
         in.read(block.data(), static_cast<std::streamsize>(wanted));
         contents.append(block, 0, static_cast<size_t>(in.gcount()));
     }
-    return contents;
+    if (wasOpened && !in.bad()) {
+        return contents;
+    }
+    if (fault != nullptr) {
+        const int error = in.is_open() && !wasOpened ? EISDIR : errno;
+        *fault = {error == ENOENT || error == ENOTDIR, wasOpened, reasonOf(error)};
+    }
+    return std::nullopt;
 }
 
-std::optional<std::string> ReadTextFile(const std::string& path) {
-    std::optional<std::string> text = ReadBinaryFile(path, longestText);
+std::optional<std::string> ReadTextFile(const std::string& path, ReadFault* fault) {
+    std::optional<std::string> text = ReadBinaryFile(path, longestText, fault);
     if (text) {
         size_t kept = 0;
         for (size_t i = 0; i < text->size(); ++i) {

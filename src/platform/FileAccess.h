@@ -16,13 +16,21 @@ std::string TextOf(const std::filesystem::path& path);
 // The longest text that is read from a file; longer files are cut there.
 constexpr size_t longestText = size_t{16} << 20U;
 
-// The contents of a text file with CR LF line ends turned into LF, at most longestText bytes.
-// Nothing when the file cannot be opened or is a folder.
-std::optional<std::string> ReadTextFile(const std::string& path);
+// Why a file has not been read.
+struct ReadFault {
+    bool isMissing = false;  // there is no such file
+    bool wasOpened = false;  // but could not be read to its end
+    std::string reason;      // in the system's words
+};
 
-// The contents as they are, at most `most` bytes. Nothing when the file cannot be opened or is a
-// folder.
-std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most);
+// The contents of a text file with CR LF line ends turned into LF, at most longestText bytes.
+// Nothing when the file cannot be opened, is a folder, or cannot be read to its end, as `fault`
+// tells if it is given.
+std::optional<std::string> ReadTextFile(const std::string& path, ReadFault* fault = nullptr);
+
+// The contents as they are, at most `most` bytes; nothing as above.
+std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most,
+                                          ReadFault* fault = nullptr);
 
 // What becomes of a file whose folder does not take a new file.
 enum class InPlace { never, whenFolderRefuses };

@@ -35,8 +35,12 @@ class CInputWaveFileStream : public CDspStream {
 
     // Reads a block and pumps it; whether there is more data behind it. A block in which the file
     // ends is filled from the file's start, so that only a file of whole blocks comes to an end.
-    // With `once` it is filled with silence, and every file does.
+    // With `once` it is filled with silence, and every file does. A file that cannot be read any
+    // more ends there.
     bool ReadBlock();
+
+    // Whether the last playback has ended so. To be asked when nothing plays.
+    [[nodiscard]] bool isBroken() const { return file_.isBroken(); }
 
     bool Open() override;
     void Close() override;

@@ -65,6 +65,7 @@ bool CWaveFile::Create(const std::string& path, int32_t rate, int32_t bits, int3
 
 bool CWaveFile::Open(const std::string& path, int32_t& rate, int32_t& bits, int32_t& channels) {
     RiffTag form = 0;
+    broken = false;
     if (!riff.OpenForReading(path, form)) {
         return false;
     }
@@ -107,7 +108,7 @@ bool CWaveFile::findChunk(RiffTag wanted) {
 }
 
 int32_t CWaveFile::FramesLeft() const {
-    return riff.isOpen() ? riff.Remaining() / coding.bytesPerSample / head.channels : 0;
+    return riff.isOpen() && !broken ? riff.Remaining() / coding.bytesPerSample / head.channels : 0;
 }
 
 void CWaveFile::SeekFrame(int64_t frame) {
@@ -118,15 +119,16 @@ void CWaveFile::SeekFrame(int64_t frame) {
 void CWaveFile::Read(double* samples, int32_t frames) {
     const size_t count = static_cast<size_t>(frames) * static_cast<size_t>(head.channels);
     bytes.resize(count * static_cast<size_t>(coding.bytesPerSample));
+    const bool promised = frames <= FramesLeft();
     const size_t got = riff.Read(bytes.data(), bytes.size());
+    broken = broken || (promised && got < bytes.size());
     std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(got), bytes.end(), uint8_t{0});
     coding.Decode(bytes, {samples, count});
 }
 
-void CWaveFile::Write(const double* samples, int32_t frames) {
-    const size_t count = static_cast<size_t>(frames) * static_cast<size_t>(head.channels);
-    bytes.resize(count * static_cast<size_t>(coding.bytesPerSample));
-    coding.Encode({samples, count}, bytes);
+void CWaveFile::Write(std::span<const double> samples) {
+    bytes.resize(samples.size() * static_cast<size_t>(coding.bytesPerSample));
+    coding.Encode(samples, bytes);
     riff.Write(bytes.data(), bytes.size());
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -29,20 +30,24 @@ class CWaveFile {
 
     [[nodiscard]] bool isOpen() const { return riff.isOpen(); }
 
-    // Reading: whole frames from the position to the end of the data; 0 without an open file.
+    // Reading: whole frames from the position to the end of the data; 0 without an open file and
+    // in a broken one.
     [[nodiscard]] int32_t FramesLeft() const;
+
+    // Whether the file that was opened last could not be read where it should have samples.
+    [[nodiscard]] bool isBroken() const { return broken; }
 
     // Reading: puts the position at a frame, counted from the first. Behind the end no frames are
     // left.
     void SeekFrame(int64_t frame);
 
-    // Reads whole frames, interleaved, at full scale 1.0. Samples that the file lacks come out as
-    // if their bytes were 0.
+    // Reads whole frames, interleaved, at full scale 1.0. Samples that cannot be read come out as
+    // if their bytes were 0; if they were promised by FramesLeft, the file is broken.
     void Read(double* samples, int32_t frames);
 
-    // Writes whole frames, interleaved, at full scale 1.0; Encode of SampleBytes tells how. A full
-    // disk is not noticed.
-    void Write(const double* samples, int32_t frames);
+    // Writes samples at full scale 1.0 as they stand, interleaved by whoever gives them; Encode of
+    // SampleBytes tells how. A full disk is not noticed.
+    void Write(std::span<const double> samples);
 
   private:
     bool readHead(int32_t& rate, int32_t& bits, int32_t& channels);
@@ -51,6 +56,7 @@ class CWaveFile {
     CRiffFile riff;
     WAVEFORMATEX head;
     SampleBytes coding;
+    bool broken = false;
     std::vector<uint8_t> bytes;  // of the block that is moved
 };
 

@@ -87,13 +87,14 @@ TEST(ResponseFile, CheckedReaderSaysWhatIsWrong) {
 }
 
 TEST(RawSamples, AreLittleEndianFloat32) {
-    const tests::TemporaryFolder folder;
     const std::string bytes("\x00\x00\x80\x3F\x00\x00\x00\xC0", 8);  // 1, -2
-    EXPECT_THAT(ReadRawSamples(folder.write("r.f32", bytes)), ElementsAre(1.0, -2.0));
+    EXPECT_THAT(ParseRawSamples("r", bytes), ElementsAre(1.0, -2.0));
     EXPECT_EQ(FormatRawSamples(std::vector{1.0, -2.0}), bytes);
-    const std::string expected = ": expected float32 samples, four bytes each, up to 64 MB; found ";
-    tests::ExpectRefusals({{"", expected + "0 bytes"}, {bytes.substr(1), expected + "7 bytes"}},
-                          ReadRawSamples);
+    for (const auto& bad : {std::string(), bytes.substr(1)}) {
+        EXPECT_EQ(tests::ComplaintOf([&] { ParseRawSamples("r", bad); }),
+                  "r: expected float32 samples, four bytes each, up to 64 MB; found " +
+                      std::to_string(bad.size()) + " bytes");
+    }
 }
 
 // A pulse that falls by 60 dB in 3000 samples, in a floor of the given level.

@@ -39,7 +39,7 @@ COMPLAINTS = [  # one line, exit code 1
     ("convert cut.txt n.json", "cut.txt:1: the file ends"),
     ("convert filters n.txt", "n.txt: say with --kind"),
     ("convert filters n --kind fir-wav", "n: a filter file holds no FIR"),
-    ("measure -o n --rate 11025", "--rate: expected an even rate"),
+    ("measure -o n --rate 7999", "--rate: expected 8000 to 192000 Hz"),
     (f"measure -o n --device 'simulated:{EXAMPLES}/small-speaker.qsr' --rate 44100",
      "at 48000 Hz, not at the 44100"),
     ("measure -o n --device gramophone", "gramophone: there is no such audio device"),

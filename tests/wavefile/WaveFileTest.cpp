@@ -1,6 +1,7 @@
 // Wave files against SoX and against the layout of the format.
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 
 #include <gmock/gmock.h>
 
@@ -31,7 +32,7 @@ class WaveFile : public testing::Test {
 
     void write(const Samples& samples, int32_t bits = 16, int32_t channels = 1) {
         ASSERT_TRUE(file.Create(folder / "x.wav", 48000, bits, channels));
-        file.Write(samples.data(), static_cast<int32_t>(samples.size()) / channels);
+        file.Write(samples);
         file.Close();
     }
 
@@ -142,6 +143,13 @@ TEST_F(WaveFile, SeeksToAFrameAndHasNoneBehindItsEnd) {
     file.Read(&sample, 1);
     EXPECT_EQ(sample, 0.5);
     file.SeekFrame(1000);
+    EXPECT_EQ(file.FramesLeft(), 0);
+    file.Read(&sample, 1);
+    EXPECT_FALSE(file.isBroken());
+    file.SeekFrame(0);
+    std::filesystem::resize_file(folder / "x.wav", 44);
+    file.Read(&sample, 1);
+    EXPECT_TRUE(file.isBroken());
     EXPECT_EQ(file.FramesLeft(), 0);
 }
 

@@ -35,10 +35,7 @@ struct DesignOptions {
 RegisterAddressConfig readAddresses(const DesignOptions& options) {
     RegisterAddressConfig config;
     if (options.addresses) {
-        if (!ReadTextFile(*options.addresses)) {
-            throw InputError(*options.addresses, "cannot be opened");
-        }
-        if (LoadRegisterAddressFile(*options.addresses, config) == 0) {
+        if (ParseRegisterAddresses(ReadInputText(*options.addresses), config) == 0) {
             throw InputError(*options.addresses, 1, "expected \"address = \" and seven numbers");
         }
     }

@@ -1,6 +1,7 @@
 // play: a wave file through an audio device.
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -34,9 +35,13 @@ std::string reasonOf(const CWaveDevice& device) {
 }
 
 void openWaveFile(const PlayOptions& options, WavePlayer& player) {
-    if (!ReadBinaryFile(options.path, 1)) {
-        throw InputError(options.path, "cannot be opened");
+    std::error_code ignored;
+    const auto kind = std::filesystem::status(PathOf(options.path), ignored).type();
+    if (kind != std::filesystem::file_type::regular &&
+        kind != std::filesystem::file_type::not_found) {
+        throw InputError(options.path, "is no plain file, and nothing else can be played");
     }
+    ReadInputBytes(options.path, 1);
     if (!player.OpenWaveFile(options.path)) {
         throw InputError(options.path, "is no wave file that can be played");
     }
@@ -88,6 +93,9 @@ void play(const PlayOptions& options) {
     engine.Stop();
     if (end == RunEnd::interrupted) {
         throw Interrupted();
+    }
+    if (engine.inputFile.isBroken()) {
+        throw InputError(options.path, "cannot be read to its end");
     }
     if (end != RunEnd::done) {
         throw InputError(chosen.name, end == RunEnd::lost ? "the device was lost"
