@@ -135,4 +135,10 @@ void ResponseAnalyzer::predictIir(std::span<const double> numerator,
     }
 }
 
+void ResponseAnalyzer::predictFilter(const ComplexVector& filter) {
+    iirPrediction.resize(length);
+    std::ranges::transform(response.spectrum, filter, iirPrediction.spectrum.begin(),
+                           elementary::Product);
+}
+
 }  // namespace tonvane

@@ -45,6 +45,9 @@ class ResponseAnalyzer {
     void predictIir(std::span<const double> numerator, std::span<const double> denominator,
                     double gainDb);
 
+    // The same through a filter given by its response at the `bins` bins, without a level drop.
+    void predictFilter(const ComplexVector& filter);
+
     bool valid = false;             // a response is loaded
     double sampleRate = 0.0;        // Hz
     int32_t length = 0;             // N, samples
