@@ -24,6 +24,7 @@ constexpr double outermostPole = 0.99995;
 constexpr int32_t settledSteps = 20;
 constexpr double settledTolerance = 1e-5;
 constexpr int32_t polishSteps = 40;
+constexpr int32_t stubbornSteps = 300;  // where the first do not suffice
 constexpr double polishTolerance = 1e-6;
 constexpr int32_t boundRounds = 3;
 constexpr int32_t boundSteps = 15;
@@ -97,9 +98,9 @@ PairModel RefinedFitter::search() {
 
 // The last steps on the fine grid, with the limit lowered while the model exceeds it between the
 // grid's points.
-void RefinedFitter::polish(PairModel& model) {
+void RefinedFitter::polish(PairModel& model, int32_t steps) {
     const double limitDb = fine_.limitDb;
-    Improve(model, fine_, polishSteps, polishTolerance, memory_);
+    Improve(model, fine_, steps, polishTolerance, memory_);
     for (int32_t round = 0; round < boundRounds; ++round) {
         const double excess = highestDb(model, boundTangents_) - limitDb;
         if (excess <= boundExcessDb) {
@@ -133,29 +134,39 @@ std::optional<RefinedFit> RefinedFitter::fit(const WantedCorrection& wanted) {
         model.gainDb() = fine_.wanted.front();
     } else {
         model = search();
-        polish(model);
+        polish(model, polishSteps);
     }
     return encoded(model, wanted.gainClampDb, fine_.limitDb);
 }
 
 std::optional<RefinedFit> RefinedFitter::fitNoWorse(const WantedCorrection& wanted,
                                                     std::span<const int32_t> others) {
-    std::optional<RefinedFit> found = fit(wanted);
+    const std::optional<RefinedFit> found = fit(wanted);
     if (LargestPoleRadius(others) >= 1.0 || !prepare(wanted)) {
         return found;
     }
-    const double rival = errorDb(others, wanted);
-    if (found && !(rival < errorDb(found->words, wanted))) {
+    const double rivalDb = errorDb(others, wanted);
+    const auto isNoWorse = [&](const std::optional<RefinedFit>& one) {
+        return one && !(rivalDb < errorDb(one->words, wanted));
+    };
+    if (isNoWorse(found)) {
         return found;
     }
-    std::optional<PairModel> model = PairsOfSections(DecodeBiquads(others));
-    if (!model) {
-        return std::nullopt;
+    std::optional<PairModel> ofOthers = PairsOfSections(DecodeBiquads(others));
+    if (ofOthers) {
+        ofOthers->gainDb() += wanted.gainClampDb;
     }
-    model->gainDb() += wanted.gainClampDb;
-    polish(*model);
-    found = encoded(*model, wanted.gainClampDb, fine_.limitDb);
-    return found && !(rival < errorDb(found->words, wanted)) ? found : std::nullopt;
+    const auto ofFound = found ? std::optional(found->model) : std::nullopt;
+    for (std::optional<PairModel> model : {ofFound, ofOthers}) {
+        if (model && model->pairs > 0) {
+            polish(*model, stubbornSteps);
+            std::optional<RefinedFit> polished = encoded(*model, wanted.gainClampDb, fine_.limitDb);
+            if (isNoWorse(polished)) {
+                return polished;
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<RefinedFit> RefinedFitter::goOn(const RefinedFit& last,

@@ -41,8 +41,9 @@ class RefinedFitter {
     // the words' range, a pole on the unit circle, words above the bound.
     std::optional<RefinedFit> fit(const WantedCorrection& wanted);
 
-    // The same, but nothing either if the words of another fit, stable ones, are closer to the
-    // correction, even after going on from them within the bound.
+    // The same, but where the words of another fit, stable ones, are closer to the correction, it
+    // is polished longer, and then the other within the bound; nothing if that does not help
+    // either.
     std::optional<RefinedFit> fitNoWorse(const WantedCorrection& wanted,
                                          std::span<const int32_t> others);
 
@@ -62,7 +63,7 @@ class RefinedFitter {
     bool prepare(const WantedCorrection& wanted);
     [[nodiscard]] bool isFlat() const;
     [[nodiscard]] PairModel search();
-    void polish(PairModel& model);
+    void polish(PairModel& model, int32_t steps);
     [[nodiscard]] std::optional<RefinedFit> encoded(const PairModel& model, double gainClampDb,
                                                     double limitDb) const;
 
