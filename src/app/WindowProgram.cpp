@@ -69,6 +69,7 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
 
     ProgramValues values;
     values.AppDirectory = WorkingDirectory();
+    values.fitMethod = options.fitMethod;
     InitFftTables(responseLength);
     StartMessages messages;
     const bool promptOnExit =

@@ -157,8 +157,7 @@ void TuningRun::ProgramAmplifier() {
 }
 
 std::span<const int32_t> TuningRun::designedSections() const {
-    return responseAnalyzer.valid ? std::span<const int32_t>(iirFitter.coefficientWords)
-                                  : std::span<const int32_t>();
+    return responseAnalyzer.valid ? fittedWords() : std::span<const int32_t>();
 }
 
 void TuningRun::design() {
@@ -177,6 +176,7 @@ void TuningRun::design() {
     iirFitter.configure(designRate, taps, sectionCount, designLength, gain);
     iirFitter.fit();
     responseAnalyzer.predictIir(iirFitter.numerator[0], iirFitter.denominator[0], gain);
+    refine();
 }
 
 // Once a response: a moved target does not change it.
@@ -247,8 +247,7 @@ std::optional<std::string> TuningRun::WriteFilterFile() {
     if (!responseAnalyzer.valid) {
         return std::nullopt;
     }
-    const std::string text =
-        WithSystemLineEnds(FormatFilterFile(iirFitter.coefficientWords, registerAddresses));
+    const std::string text = WithSystemLineEnds(FormatFilterFile(fittedWords(), registerAddresses));
     return ReplaceFile(values_.FilterFilePath, text, InPlace::whenFolderRefuses);
 }
 

@@ -81,7 +81,7 @@ std::vector<NewContents> contentsOf(const DesignOptions& options, const std::str
         files.push_back({options.plot.output, PictureBytes(options.plot, design)});
     }
     const IirFitter& fitter = design.run->iirFitter;
-    const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
+    const ExportSource source{design.report.words, design.report.sampleRate,
                               fitter.taps.first(fitter.tapCount)};
     for (const Export& wanted : options.exports) {
         files.push_back({wanted.path, FormatExport(wanted, source)});
@@ -114,7 +114,7 @@ void design(const DesignOptions& options) {
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto finished = DesignResponse(options.request);
     const std::string filters =
-        WithSystemLineEnds(FormatFilterFile(finished->run->iirFitter.coefficientWords, addresses));
+        WithSystemLineEnds(FormatFilterFile(finished->report.words, addresses));
     WriteOutputs(contentsOf(options, filters, *finished));
 
     PrintNotes(finished->notes);
