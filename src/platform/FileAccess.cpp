@@ -135,6 +135,14 @@ std::string TextOf(const fs::path& path) {
     return {text.begin(), text.end()};
 }
 
+bool IsSameFile(const std::string& a, const std::string& b) {
+    std::error_code ignored;
+    const auto place = [&](const std::string& path) {
+        return fs::weakly_canonical(followLinks(fs::absolute(PathOf(path), ignored)), ignored);
+    };
+    return place(a) == place(b) || fs::equivalent(PathOf(a), PathOf(b), ignored);
+}
+
 std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most, ReadFault* fault) {
     const fs::path place = PathOf(path);
     errno = 0;

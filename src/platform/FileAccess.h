@@ -13,6 +13,10 @@ namespace tonvane {
 std::filesystem::path PathOf(const std::string& text);
 std::string TextOf(const std::filesystem::path& path);
 
+// Whether two paths lead to one file, under whatever names: by links, by another way to its folder.
+// The file need not be there.
+bool IsSameFile(const std::string& a, const std::string& b);
+
 // The longest text that is read from a file; longer files are cut there.
 constexpr size_t longestText = size_t{16} << 20U;
 

@@ -74,12 +74,19 @@ BATCHES = [  # exit code 0 in spite of the complaint; what is written all the sa
     ("'' none csv f t", "Error: Failed to process data.\n", "t"),
     ("'' good.qsr csv f t", "Error: Failed to process data.\n", "t"),
     ("'' good.qsr qsr f none/t", "Error: Failed to save Target Response data.\n", "f"),
-    ("'' zero.qsr qsr f t", "Warning: The design did not give numbers", "f t"),
-    ("'' good.qsr qsr none/f t", "", "t"),
+    ("'' zero.qsr qsr f t", "Warning: zero.qsr: the response is silence\nWarning: The design did not "
+     "give numbers; do not use the filter.\nWarning: The filter is unstable: its largest pole has "
+     "radius nan.\nWarning: The response has almost", "f t"),
+    ("'' good.qsr qsr none/f t", "none/f: cannot be written: No such file", "t"),
+    ("'' good.qsr qsr /none/f t", "//none/f: cannot be written: No such file", "t"),
     ("'' good.qsr qsr '' t", "", ""),
     ("'' good.qsr qsr f ''", "", "f"),
-    ("'' '' qsr f t", "", ""),
-    ("48000", "", ""),
+    ("'' good.qsr qsr f f", "Warning: f: is the filter file as well", "f"),
+    ("'' good.qsr qsr good.qsr t", "good.qsr: cannot be written: it is the response\n", "t"),
+    ("'' cut.qsr qsr f t", "Warning: cut.qsr: ends after 44 of 262148 bytes", "f t"),
+    ("'' gap.csv csv f t", "Warning: gap.csv: not every line", "f t"),
+    ("'' '' qsr f t", "Warning: no response is given", ""),
+    ("48000", "Warning: no response is given", ""),
 ]
 
 
@@ -87,7 +94,7 @@ GOOD, SILENCE = qsr(48000, [1.0] + [0.0] * 32767), qsr(48000, [0.0] * 32768)
 FILTERS = (GOLDEN / "port44-warm3.filter.txt").read_text()
 INPUTS = {
     "good.qsr": GOOD, "good.png": GOOD, "zero.qsr": SILENCE, "empty": "", "old": "old",
-    "t.csv": "20,1\n", "guess.csv": "20,1,2,3.5\n", "named.wav": "20,1\n", "cut.wav": "RIFF",
+    "cut.qsr": GOOD[:44], "gap.csv": "20,1\n30\n40,1\n20000,2\n", "t.csv": "20,1\n", "guess.csv": "20,1,2,3.5\n", "named.wav": "20,1\n", "cut.wav": "RIFF",
     "silent.wav": wav(8000, []), "2s.wav": wav(8000, [0] * 16001), "raw.f32": b"\0\0\x80\x3F",
     "filters": FILTERS, "cut.txt": "0x29 00 80 00 00\n", "volume": "0x07" + FILTERS[4:],
     "twice": "0x2A" + FILTERS[4:],
