@@ -9,6 +9,7 @@
 #include "app/commands/Commands.h"
 #include "commandline/CommandParser.h"
 #include "platform/System.h"
+#include "transform/FftTables.h"
 
 namespace {
 
@@ -22,7 +23,9 @@ int runForPerson(const std::vector<std::string>& arguments) {
     for (const auto& add : tonvane::allCommands) {
         add(program);
     }
-    return program.run(arguments);
+    const int exitCode = program.run(arguments);
+    tonvane::FreeFftTables();
+    return exitCode;
 }
 
 }  // namespace

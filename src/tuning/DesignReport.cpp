@@ -37,8 +37,9 @@ void addSections(const IirFitter& fitter, DesignReport& report) {
     report.words = fitter.coefficientWords;
     for (const auto& [b0, b1, b2, a1, a2] : report.sections) {
         for (const double coefficient : {b0, b1, b2, -a1, -a2}) {
-            report.isFinite = report.isFinite && std::isfinite(coefficient);
-            report.wrappedCoefficients += FitsCoefWord(coefficient) ? 0 : 1;
+            const bool isNumber = std::isfinite(coefficient);
+            report.isFinite = report.isFinite && isNumber;
+            report.wrappedCoefficients += isNumber && !FitsCoefWord(coefficient) ? 1 : 0;
         }
     }
 }
