@@ -11,7 +11,7 @@ namespace tonvane {
 
 namespace fs = std::filesystem;
 
-void ExpectDistinctFiles(const std::vector<std::string>& outputs, std::vector<std::string> inputs) {
+void PrepareOutputs(const std::vector<std::string>& outputs, std::vector<std::string> inputs) {
     for (const std::string& output : outputs) {
         std::error_code ignored;
         const fs::path place = PathOf(output);
@@ -23,6 +23,9 @@ void ExpectDistinctFiles(const std::vector<std::string>& outputs, std::vector<st
             throw InputError(output, "would overwrite another file of this command");
         }
         inputs.push_back(output);
+    }
+    if (std::ranges::any_of(outputs, IsStandardOutput)) {
+        PrintToStandardError();
     }
 }
 
