@@ -4,7 +4,7 @@ import shlex
 
 import pytest
 
-from programs import EXAMPLES, GOLDEN, cli, qsr, wav
+from programs import BIN, EXAMPLES, GOLDEN, cli, qsr, run, wav
 
 COMPLAINTS = [  # one line, exit code 1
     ("design none -o n", "none: cannot be opened"),
@@ -67,7 +67,9 @@ USAGES = [  # exit code 2
     "design t.csv -o n --rate fast", "design t.csv -o n --size 600x400",
     "design t.csv -o n --export apo", "design t.csv -o n --export none=x",
     "plot t.csv -o n.png --scale 0", "convert filters n --kind none", "play t.csv --from -1",
-    "link write 07", "link drc 3", "link read 07 --timeout 0", "link --port 70000 read 07",
+    "design t.csv -o ''", "design t.csv -o n --report ''", "design t.csv -o n --plot ''",
+    "design t.csv -o n --target ''", "design t.csv -o n --addresses ''", "plot t.csv -o ''",
+    "measure -o ''", "measure -o n --report ''", "link write 07", "link drc 3", "link read 07 --timeout 0", "link --port 70000 read 07",
 ]
 BATCHES = [  # exit code 0 in spite of the complaint; what is written all the same
     ("'' none qsr f t", "Error: Failed to open speaker response file\n", ""),
@@ -75,8 +77,7 @@ BATCHES = [  # exit code 0 in spite of the complaint; what is written all the sa
     ("'' good.qsr csv f t", "Error: Failed to process data.\n", "t"),
     ("'' good.qsr qsr f none/t", "Error: Failed to save Target Response data.\n", "f"),
     ("'' zero.qsr qsr f t", "Warning: zero.qsr: the response is silence\nWarning: The design did not "
-     "give numbers; do not use the filter.\nWarning: The filter is unstable: its largest pole has "
-     "radius nan.\nWarning: The response has almost", "f t"),
+     "give numbers; do not use the filter.\nWarning: With a gain clamp", "f t"),
     ("'' good.qsr qsr none/f t", "none/f: cannot be written: No such file", "t"),
     ("'' good.qsr qsr /none/f t", "//none/f: cannot be written: No such file", "t"),
     ("'' good.qsr qsr '' t", "", ""),
@@ -120,6 +121,20 @@ def test_what_cannot_be_served_is_told_and_leaves_the_files(
     if code == 1:
         assert done.err.startswith("tonvane-cli: ")
         assert done.err.count("\n") == 1
+
+
+@pytest.mark.parametrize("command", ["--help", "devices", "link --dry-run read 07",
+                                     f"design {EXAMPLES}/small-speaker.csv -o n"])
+def test_full_standard_output_is_an_error(folder, command):
+    done = run("sh", "-c", f"'{BIN}/tonvane-cli' {command} >/dev/full")
+    assert (done.code, done.err) == (1, "tonvane-cli: standard output cannot be written\n")
+
+
+def test_file_that_is_standard_output_has_it_to_itself(folder):
+    design = f"'{BIN}/tonvane-cli' design '{EXAMPLES}/small-speaker.csv' -o"
+    for command in f"{design} f", f"{design} /dev/stdout > g", f"{design} /dev/stdout | cat > h":
+        assert run("sh", "-c", command).code == 0
+    assert (folder / "f").read_text() == (folder / "g").read_text() == (folder / "h").read_text()
 
 
 @pytest.mark.parametrize("question, part", [
