@@ -49,6 +49,9 @@ COMPLAINTS = [  # one line, exit code 1
     ("play t.csv --device simulated", "t.csv: is no wave file"),
     ("play 2s.wav --device simulated --from 2.5", "2s.wav: the file ends after 2.00 seconds"),
     ("play silent.wav --device simulated", "silent.wav: the file holds no sound"),
+    ("play law.wav --device simulated", "law.wav: expected 8 to 32 bit integers or float32 samples"),
+    ("play fast.wav --device simulated", "fast.wav: the file's sample rate is 2100000000 Hz"),
+    ("play /dev/null --device simulated", "/dev/null: is no plain file"),
     ("link read 78", "78: there is no such register; the last one is 77"),
     ("link read 55", "55: the register has no contents"),
     ("link read Volume", "Volume: expected a register's number"),
@@ -96,7 +99,8 @@ FILTERS = (GOLDEN / "port44-warm3.filter.txt").read_text()
 INPUTS = {
     "good.qsr": GOOD, "good.png": GOOD, "zero.qsr": SILENCE, "empty": "", "old": "old",
     "cut.qsr": GOOD[:44], "gap.csv": "20,1\n30\n40,1\n20000,2\n", "t.csv": "20,1\n", "guess.csv": "20,1,2,3.5\n", "named.wav": "20,1\n", "cut.wav": "RIFF",
-    "silent.wav": wav(8000, []), "2s.wav": wav(8000, [0] * 16001), "raw.f32": b"\0\0\x80\x3F",
+    "silent.wav": wav(8000, []), "2s.wav": wav(8000, [0] * 16001),
+    "law.wav": wav(8000, [0]).replace(b"\1\0\1\0", b"\7\0\1\0"), "fast.wav": wav(2100000000, [0]), "raw.f32": b"\0\0\x80\x3F",
     "filters": FILTERS, "cut.txt": "0x29 00 80 00 00\n", "volume": "0x07" + FILTERS[4:],
     "twice": "0x2A" + FILTERS[4:],
 }
