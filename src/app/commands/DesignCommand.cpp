@@ -105,7 +105,7 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 void design(const DesignOptions& options) {
     const std::vector<std::string> outputs = outputsOf(options);
     PrepareOutputs(outputs, {options.request.response.path, options.request.target.value_or(""),
-                             options.addresses.value_or("")});
+                             FileOfDevice(options.request.device), options.addresses.value_or("")});
     if (!options.plot.output.empty()) {
         CheckPictureOptions(options.plot);
     }

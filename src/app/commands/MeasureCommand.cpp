@@ -41,7 +41,7 @@ void writeFiles(const MeasureOptions& options, const TuningRun& run,
 // Prints what it does and leaves the device closed, however it ends. Throws InputError for what
 // cannot be served and Interrupted for Ctrl-C; nothing is written then.
 void measure(const MeasureOptions& options) {
-    PrepareOutputs({options.output, options.report.value_or("")}, {});
+    PrepareOutputs({options.output, options.report.value_or("")}, {FileOfDevice(options.device)});
     InitFftTables(responseLength);
     ConsoleMessages messages;
     ProgramValues values;
