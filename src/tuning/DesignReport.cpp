@@ -39,8 +39,9 @@ void addSections(const TuningRun& run, DesignReport& report) {
     report.words.assign(run.fittedWords().begin(), run.fittedWords().end());
     for (const auto& [b0, b1, b2, a1, a2] : report.sections) {
         for (const double coefficient : {b0, b1, b2, -a1, -a2}) {
-            report.isFinite = report.isFinite && std::isfinite(coefficient);
-            report.wrappedCoefficients += FitsCoefWord(coefficient) ? 0 : 1;
+            const bool isNumber = std::isfinite(coefficient);
+            report.isFinite = report.isFinite && isNumber;
+            report.wrappedCoefficients += isNumber && !FitsCoefWord(coefficient) ? 1 : 0;
         }
     }
 }

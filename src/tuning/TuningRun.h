@@ -94,10 +94,12 @@ class TuningRun {
     std::optional<std::string> SaveDesignParameters(const std::string& path) const;
 
     // The end of a run: writes the filter file and the target file where the program values name
-    // them, after a question if promptOnExit is set.
+    // them, after a question if promptOnExit is set. A target file that did not load is kept beside
+    // under its name and ".bak"; where it cannot be, it stays as it is.
     void SaveFiltersOnExit();
 
-    // Writes the filter file of a valid response; the reason of a failure.
+    // Writes the filter file of a valid response; the reason of a failure. The file of the response
+    // is not written over.
     std::optional<std::string> WriteFilterFile();
 
     void SetStatusLine(int line, const std::string& text);
@@ -152,6 +154,7 @@ class TuningRun {
     void finishLoad();
     void selectGain(int64_t index);
     void SaveTargetFile();
+    bool keepDamagedTarget();
     [[nodiscard]] int32_t itemOfInputRate() const;
 
     ProgramValues& values_;

@@ -105,9 +105,8 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 // LinkError, or the InputError of a filter that must not be sent, leaves the files written.
 void design(const DesignOptions& options) {
     const std::vector<std::string> outputs = outputsOf(options);
-    ExpectDistinctFiles(outputs,
-                        {options.request.response.path, options.request.target.value_or(""),
-                         options.addresses.value_or("")});
+    PrepareOutputs(outputs, {options.request.response.path, options.request.target.value_or(""),
+                             FileOfDevice(options.request.device), options.addresses.value_or("")});
     if (!options.plot.output.empty()) {
         CheckPictureOptions(options.plot);
     }
@@ -138,17 +137,21 @@ void AddDesignCommand(Command& program) {
     AddDesignOptions(command, source, request);
     source.flag("--measure", request.measure, "Measure the response through the audio device");
     AddDeviceOptions(command, request.device, "--device-timeout");
-    command.option("-o,--output", options->output, "Filter file to write").required();
+    command.option("-o,--output", options->output, "Filter file to write").required().fileName();
     command
         .option("--format", options->format,
                 "Lines of the filter file: 20 (a section a line) or 4 (a word a line)")
         .oneOf(std::vector<int32_t>{20, 4});
-    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg");
-    command.option("--report", options->report,
-                   "File with the figures of the design: .html for a page, else JSON");
+    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg")
+        .fileName();
+    command
+        .option("--report", options->report,
+                "File with the figures of the design: .html for a page, else JSON")
+        .fileName();
     AddExportOption(command, options->exports);
     const CommandOption plot =
-        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf");
+        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf")
+            .fileName();
     for (CommandOption& look : AddPictureLooks(command, options->plot)) {
         look.needs(plot);
     }
