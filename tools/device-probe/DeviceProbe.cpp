@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "device/menu/DeviceMenu.h"
+#include "platform/System.h"
 
 namespace tonvane {
 namespace {
@@ -134,6 +135,7 @@ int run(int count, char** arguments) {
 }  // namespace tonvane
 
 int main(int count, char** arguments) {
+    tonvane::KeepStandardStreams();
     if (count != 7 && count != 8) {
         std::puts("device-probe DEVICE RATE CHANNELS PLAYED CAPTURED FRAMES [PAUSE]");
         return 2;
