@@ -150,12 +150,7 @@ MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const Devic
     run.InitTuningState();
     std::printf("Measuring on %s at %d Hz\n", chosen.name.c_str(), values.InputSampleRate);
     std::fflush(stdout);
-    MeasurementReport report =
-        MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
-    if (!chosen.warning.empty()) {
-        report.warnings.insert(report.warnings.begin(), chosen.warning);
-    }
-    return report;
+    return MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
 }
 
 }  // namespace tonvane
