@@ -4,11 +4,13 @@
 #include <memory>
 #include <vector>
 
+#include "amplifier/RegisterGroups.h"
 #include "app/DesignPicture.h"
 #include "app/Exports.h"
 #include "app/FinishedDesign.h"
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
+#include "app/LinkSession.h"
 #include "app/OutputFiles.h"
 #include "app/commands/Commands.h"
 #include "files/FilterFile.h"
@@ -93,9 +95,10 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
     if (!report.isUsable()) {
         throw InputError("--program", "the filter is not sent: " + report.warnings.front());
     }
+    const auto writes = EqualizerGroup(true, run.iirFitter.coefficientWords);
     ConnectLink(run.ampLink);
-    run.amplifier.biqEnabled = true;
-    run.ProgramAmplifier();
+    WriteUninterrupted(run.ampLink, writes);
+    CompareReadBack(run.ampLink, writes);
     std::printf("Programmed the amplifier\n");
 }
 
