@@ -70,9 +70,12 @@ void CCurveGraphWindow::OnLeftButtonDown(Point mouse) {
     }
 }
 
-void CCurveGraphWindow::OnMouseMove(Point mouse) {
+void CCurveGraphWindow::OnMouseMove(Point mouse, bool leftPressed) {
     if (!editingEnabled) {
         return;
+    }
+    if (!leftPressed) {
+        OnLeftButtonUp();
     }
     if (dragIndex == -1) {
         const int32_t hit = HitTest(toPlot(mouse));

@@ -28,8 +28,9 @@ class CCurveGraphWindow : public CGraphWindow {
     // Draws the visible handles over the curves, outlined in the present pen.
     void DrawHandles();
 
+    // A move without the button lets go of the handle, whoever has had the button meanwhile.
     void OnLeftButtonDown(Point mouse);
-    void OnMouseMove(Point mouse);
+    void OnMouseMove(Point mouse, bool leftPressed);
     void OnLeftButtonUp();
 
     // By keyboard: takes a handle up, unless one is held, and moves it as near to a point as it may

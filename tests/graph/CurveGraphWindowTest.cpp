@@ -50,7 +50,7 @@ class Drag : public testing::Test {
         plot.SetRecord(record);
         plot.OnLeftButtonDown(at(record.points[index].frequency, record.points[index].level));
         EXPECT_EQ(plot.dragIndex, index);
-        plot.OnMouseMove(to);
+        plot.OnMouseMove(to, true);
         plot.OnLeftButtonUp();
         return plot.record.points[index];
     }
@@ -94,11 +94,11 @@ TEST_F(Drag, KeepsKnotsApartAndBandEdgesInOrder) {
 }
 
 TEST_F(Drag, TellsTheHostStepByStep) {
-    plot.OnMouseMove(at(1000.0, 5.0));
+    plot.OnMouseMove(at(1000.0, 5.0), false);
     EXPECT_THAT(host.take(), ElementsAre("cross"));
     plot.OnLeftButtonDown(at(1000.0, 5.0));
     EXPECT_THAT(host.take(), ElementsAre("hold", "move"));
-    plot.OnMouseMove({56 + 500, 8 + 41});
+    plot.OnMouseMove({56 + 500, 8 + 41}, true);
     EXPECT_THAT(host.take(), ElementsAre("moving", MatchesRegex("'\\([12][0-9]+ Hz, 0 dB\\)'")));
     EXPECT_EQ(kind, zeroCurve);
     plot.OnLeftButtonUp();
@@ -106,6 +106,9 @@ TEST_F(Drag, TellsTheHostStepByStep) {
     EXPECT_EQ(kind, savedCurve);
     plot.OnLeftButtonUp();
     EXPECT_THAT(host.take(), IsEmpty());
+    plot.OnLeftButtonDown(at(100.0, 3.0));
+    plot.OnMouseMove({56 + 500, 8 + 100}, false);  // the button has gone up elsewhere
+    EXPECT_THAT(host.take(), ElementsAre("hold", "move", "release", "let go", "''"));
     drag(8, {56 + 500, 8 + 41});
     EXPECT_THAT(host.take(), testing::Contains(MatchesRegex("'\\((1999|2000) Hz\\)'")));
 }
@@ -126,7 +129,7 @@ TEST_F(Drag, HiddenHandlesCanBeTakenUpButDoNotShowOrDesign) {
     plot.showBandEdges = false;
     plot.DrawHandles();
     EXPECT_THAT(canvas.take(), IsEmpty());
-    plot.OnMouseMove(at(1000.0, 5.0));
+    plot.OnMouseMove(at(1000.0, 5.0), false);
     EXPECT_THAT(host.take(), IsEmpty());
     plot.OnLeftButtonDown(at(1000.0, 5.0));
     plot.OnLeftButtonUp();

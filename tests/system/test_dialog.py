@@ -44,7 +44,9 @@ def test_dragged_knot_changes_plot_and_files_as_the_drag_says(desk):
     desk.expect_plot("target.txt")
     _, gain, knots = target()
     Path("dragged.txt").write_text(Path("target.txt").read_text().replace("1300,0", "1700,-6"))
-    desk.screen.drag(desk.on_plot(1300, 0), desk.on_plot(1500, -3), desk.on_plot(1700, -6))
+    desk.screen.drag(desk.on_plot(1300, 0), desk.on_plot(1500, -3), desk.on_plot(1700, -6),
+                     meanwhile=lambda: desk.screen.button(3))  # which opens no menu then
+    desk.screen.move(desk.on_plot(1600, -20))  # with nothing in its hand
     desk.expect_plot("dragged.txt")
     desk.screen.drag(desk.on_plot(220, 2), desk.on_plot(220, 5))
     desk.screen.keys("Control_L+z")

@@ -68,9 +68,9 @@ class RecordingHost : public DialogHost {
     }
     void leave(int id) { press(id, notifications::lostFocus); }  // an edit box loses the focus
     void drag(Point from, Point to) {  // on the plot, from the window's corner
-        dialog_->plot.OnMouseMove(from);
+        dialog_->plot.OnMouseMove(from, false);
         dialog_->plot.OnLeftButtonDown(from);
-        dialog_->plot.OnMouseMove(to);
+        dialog_->plot.OnMouseMove(to, true);
         dialog_->plot.OnLeftButtonUp();
         deliver();
     }

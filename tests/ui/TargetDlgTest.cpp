@@ -19,7 +19,7 @@ TEST_F(TargetDlg, ADraggedKnotRedrawsWhileItMovesAndDesignsWhenItIsLetGo) {
     host.take();
     CCurveGraphWindow& plot = dialog->plot;
     plot.OnLeftButtonDown(onPlot(1300, 0));
-    plot.OnMouseMove(onPlot(1700, -6));
+    plot.OnMouseMove(onPlot(1700, -6), true);
     host.deliver();
     EXPECT_EQ(words(), before);
     EXPECT_NEAR(knot.frequency, 1700, 10);  // a pixel is 1 %

@@ -1,6 +1,7 @@
 #include "ui/qt/PlotWidget.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -99,7 +100,7 @@ void PlotWidget::mouseMoveEvent(QMouseEvent* event) {
     if (dialog_->plot.dragIndex == -1) {
         unsetCursor();
     }
-    dialog_->plot.OnMouseMove(inPlot(*event));
+    dialog_->plot.OnMouseMove(inPlot(*event), event->buttons().testFlag(Qt::LeftButton));
 }
 
 void PlotWidget::mouseReleaseEvent(QMouseEvent* event) {
@@ -111,6 +112,15 @@ void PlotWidget::mouseReleaseEvent(QMouseEvent* event) {
 // The second click takes up no handle.
 void PlotWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     event->ignore();
+}
+
+// A menu takes the mouse away from whoever holds a handle with it.
+void PlotWidget::contextMenuEvent(QContextMenuEvent* event) {
+    event->setAccepted(isHeldByMouse());
+}
+
+bool PlotWidget::isHeldByMouse() const {
+    return dialog_ != nullptr && dialog_->plot.dragIndex != -1 && !movesByKey_;
 }
 
 bool PlotWidget::isShown(int32_t handle) const {
@@ -177,8 +187,8 @@ void PlotWidget::letGo() {
 
 void PlotWidget::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
-    if (dialog_ == nullptr || (dialog_->plot.dragIndex != -1 && !movesByKey_)) {
-        return;  // the mouse holds a handle
+    if (dialog_ == nullptr || isHeldByMouse()) {
+        return;
     }
     if (key == Qt::Key_PageDown || key == Qt::Key_PageUp) {
         chooseHandle(nextHandle(key == Qt::Key_PageDown ? 1 : -1));
@@ -206,8 +216,12 @@ void PlotWidget::focusInEvent(QFocusEvent* /*event*/) {
     update();
 }
 
+// Whoever has the keyboard now may have the mouse as well.
 void PlotWidget::focusOutEvent(QFocusEvent* /*event*/) {
     letGo();
+    if (dialog_ != nullptr) {
+        dialog_->plot.OnLeftButtonUp();
+    }
     update();
 }
 

@@ -32,12 +32,14 @@ class PlotWidget : public QWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
   private:
+    [[nodiscard]] bool isHeldByMouse() const;
     [[nodiscard]] bool isShown(int32_t handle) const;
     [[nodiscard]] int32_t nextHandle(int32_t step) const;
     void chooseHandle(int32_t handle);

@@ -108,7 +108,7 @@ std::optional<LRESULT> PlotPane::handle(UINT message, WPARAM wParam, LPARAM lPar
             dialog_->plot.OnLeftButtonDown(mouseAt(lParam));
             return 0;
         case WM_MOUSEMOVE:
-            dialog_->plot.OnMouseMove(mouseAt(lParam));
+            dialog_->plot.OnMouseMove(mouseAt(lParam), (wParam & MK_LBUTTON) != 0);
             return 0;
         case WM_LBUTTONUP:
         case WM_CAPTURECHANGED:  // another window has taken the mouse
