@@ -1,7 +1,7 @@
 // Handles of the target curve under the mouse.
 #include <gmock/gmock.h>
 
-#include "graph/CurveGraphWindow.h"
+#include "graph/HandleKeys.h"
 #include "graph/RecordingCanvas.h"
 
 namespace tonvane {
@@ -122,6 +122,27 @@ TEST_F(Drag, TheKeyboardMovesAHandleInsideTheAxes) {
     plot.OnLeftButtonUp();
     EXPECT_THAT(host.take(), ElementsAre("moving", "'(900 Hz, 10 dB)'", "moving",
                                          "'(3571 Hz, -40 dB)'", "release", "let go", "''"));
+}
+
+TEST_F(Drag, KeysGoFromOneShownHandleToTheNext) {
+    HandleKeys keys(plot);
+    const auto next = [&](int32_t step) {
+        keys.chooseNext(step);
+        return keys.chosen();
+    };
+    plot.showBandEdges = false;
+    EXPECT_THAT((std::vector{keys.chosen(), next(1), next(1), next(-1), next(-1), next(1)}),
+                ElementsAre(-1, 0, 1, 0, 6, 0));
+    keys.choose(4);
+    keys.move(1, 1, false);
+    EXPECT_EQ(plot.record.points[4], (CurvePoint{1029, 6}));
+    keys.move(-1, 0, true);
+    EXPECT_EQ(plot.record.points[4], (CurvePoint{1028, 6}));
+    EXPECT_EQ(next(1), 5);
+    EXPECT_EQ(plot.dragIndex, -1);
+    keys.choose(8);  // which is hidden
+    keys.move(1, 1, false);
+    EXPECT_EQ(plot.record.points[8], record.points[8]);
 }
 
 TEST_F(Drag, HiddenHandlesCanBeTakenUpButDoNotShowOrDesign) {

@@ -114,8 +114,8 @@ class Desk(contextlib.ExitStack):
         good("plot", "response", "--target", target, "--caption", "", "-o", "plot.png",
              "--size", f"{width}x{height + LEGEND}")
         wanted = Image.open("plot.png").convert("RGB").crop((56, 8, width - 16, height - 24))
-        # The rim of a curve may differ, and a ring marks the knot of the keyboard.
-        self.until(lambda: differing(self.screen.picture(self.plot()), wanted, 100) < 200)
+        # The rim of a curve may differ; a ring would be more.
+        self.until(lambda: differing(self.screen.picture(self.plot()), wanted, 100) < 100)
 
     def drop(self, name):
         x, y = self.screen.corner(self.window)

@@ -34,14 +34,13 @@ def test_device_of_the_menu_measures(panel):
     assert panel.ended() == 0
 
 
-def test_keyboard_moves_a_knot_and_saves_the_plot(panel):
-    panel.start_batch("small48", "-noprompt")
-    x, y = panel.screen.corner(panel.window)
-    panel.screen.click((x + 60, y + 20))  # a corner of the plot without knots
-    panel.screen.keys("Page_Down", "Page_Down", "Up", "Up", "Shift_L+Right", "Control_L+s")
-    panel.choose_file("Save As", panel.folder / "plot")
-    panel.press(8)
-    assert panel.ended() == 0
+def test_keyboard_moves_the_knot_beside_the_clicked_one_and_saves_the_plot(desk):
+    desk.start_batch("small48", "-noprompt")
+    desk.screen.click(desk.on_plot(1300, 0))
+    desk.screen.keys("Page_Up", "Up", "Up", "Shift_L+Right", "Control_L+s")
+    desk.choose_file("Save As", desk.folder / "plot")
+    desk.click(CLOSE)
+    assert desk.ended() == 0
     assert Path("plot.png").read_bytes().startswith(b"\x89PNG")
     lines = Path("target.txt").read_text().splitlines()
     assert (lines[0], lines[4]) == ("-savedcurve", "501, 3")  # 500 Hz, 1 dB before
