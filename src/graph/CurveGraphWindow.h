@@ -22,7 +22,8 @@ class CCurveGraphWindow : public CGraphWindow {
     CCurveGraphWindow(GraphHost& host, int32_t& targetCurveKind)
         : CGraphWindow(host), targetCurveKind_(targetCurveKind) {}
 
-    // Takes the record and places its handles on the present axes. Nothing is drawn.
+    // Takes the record and places its handles on the present axes; one that would be cut by the
+    // edge of the window, or lie beyond it, stays at that edge. Nothing is drawn.
     void SetRecord(const TargetRecord& newRecord);
 
     // Draws the visible handles over the curves, outlined in the present pen.

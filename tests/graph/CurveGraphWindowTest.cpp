@@ -172,9 +172,11 @@ TEST_F(Drag, TheLowerHandleOfTwoIsHitInsideTwelvePixels) {
     EXPECT_EQ(plot.HitTest({knot.right, knot.top}), -1);
     EXPECT_EQ(plot.HitTest({knot.left, knot.bottom}), -1);
     EXPECT_EQ(plot.HitTest({0, -160}), 7);
-    record.points[0] = {0, 0};  // no place on the axis, and no overflow
+    record.points[0] = {0, 40};  // beyond the window: at its edge, and no overflow
+    record.points[6] = {30000, 0};
     plot.SetRecord(record);
-    EXPECT_LT(plot.handleRects[0].right, -1000000);
+    EXPECT_EQ(plot.handleRects[0], (Rectangle{-56, -208, -44, -196}));
+    EXPECT_EQ(plot.handleRects[6], (Rectangle{754, -166, 766, -154}));
 }
 
 }  // namespace
