@@ -99,7 +99,7 @@ class TuningRun {
     // Writes the filter file of a valid response; the reason of a failure.
     std::optional<std::string> WriteFilterFile();
 
-    void SetStatusLine(int line, const std::string& text);
+    void SetStatusLine(int line, const std::string& text, StatusNews news);
 
     // Five words for each of the seven sections; empty without a valid response.
     [[nodiscard]] std::span<const int32_t> designedSections() const;

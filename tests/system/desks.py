@@ -126,7 +126,6 @@ class Lab(Desk):
     """tonvane-lab, with the controls that the dialog hides; they go by their numbers."""
 
     command, title = ("tonvane-lab", "--layout", "layout"), "Tonvane Lab"
-    box_title = "tonvane"
 
     def start(self, *arguments, **setting):
         super().start(*arguments, **setting)

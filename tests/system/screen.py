@@ -48,7 +48,8 @@ class Screen(contextlib.ExitStack):
         """The windows of this title that are shown and managed."""
         for number in self._values(self._root, "_NET_CLIENT_LIST"):
             with contextlib.suppress(BadWindow):
-                if bytes(self._values(self._window(number), "_NET_WM_NAME")) == title.encode():
+                name = bytes(self._values(self._window(number), "_NET_WM_NAME")).decode()
+                if name.strip() == title:
                     yield number
 
     def focused(self, title, other=None):

@@ -46,6 +46,7 @@ TEST_F(Panel, LinkControlsFollowTheConnection) {
     EXPECT_THAT(press(connect), ElementsAre("open", "connect 20000"));
     EXPECT_THAT(onLink(), ElementsAre(connect));
     EXPECT_EQ(control(status2).text, "Failed to connect");
+    EXPECT_EQ(host.posts, 2);
 
     link.connects = true;
     link.replies = {0x6C};
