@@ -21,6 +21,21 @@ def test_menu_key_opens_the_menu_of_a_plain_start(desk):
     assert desk.ended() == 0
 
 
+def test_text_of_the_plot_grows_with_the_screens_density(desk):
+    for scale, pixels in (1, 8), (1.25, 10):
+        desk.environment["QT_SCALE_FACTOR"] = str(scale)
+        desk.start()
+        x, y = desk.screen.corner(desk.window)
+        labels = x + 100, y + round(296 * scale) - 19, 600, 18  # at the plot's lower edge
+
+        def rows_with_ink():
+            picture = desk.screen.picture(labels).convert("L")
+            return (picture.point(lambda level: 255 * (level < 150)).getbbox() or (0, 0, 0, 0))[1::2]
+        desk.until(lambda: rows_with_ink()[1] - rows_with_ink()[0] == pixels)
+        desk.screen.keys("Escape")
+        assert desk.ended() == 2
+
+
 def test_device_of_the_menu_measures(panel):
     panel.start()
     panel.pick(DEVICES, *LOOPBACK)

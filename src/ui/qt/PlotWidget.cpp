@@ -4,17 +4,16 @@
 #include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <algorithm>
 #include <cmath>
 
 #include "graph/cairo/CairoCanvas.h"
 #include "ui/MainDlg.h"
+#include "ui/PlotScale.h"
 
 namespace tonvane {
 
 namespace {
 
-constexpr double fontPixels = 11.0;
 constexpr int minWidth = 160;  // room for the margins and some plot
 constexpr int minHeight = 80;
 const QColor chosenColor(0xE0, 0x50, 0x00);
@@ -43,9 +42,9 @@ QSize PlotWidget::pixels() const {
 
 PlotWindow PlotWidget::window() const {
     const QSize size = pixels();
-    const int unit = std::max(1, qRound(devicePixelRatioF()));
-    return {std::make_unique<CairoCanvas>(1, 1, fontPixels * unit), size.width(), size.height(),
-            unit};
+    const PlotScale scale = PlotScaleAt(devicePixelRatioF());
+    return {std::make_unique<CairoCanvas>(1, 1, scale.fontPixels), size.width(), size.height(),
+            scale.unit};
 }
 
 void PlotWidget::paintEvent(QPaintEvent* /*event*/) {
@@ -60,7 +59,7 @@ void PlotWidget::paintEvent(QPaintEvent* /*event*/) {
         image_ = QImage(size, QImage::Format_RGB32);
     }
     CairoCanvas canvas(reinterpret_cast<uint32_t*>(image_.bits()), size.width(), size.height(),
-                       static_cast<int32_t>(image_.bytesPerLine() / 4), fontPixels);
+                       static_cast<int32_t>(image_.bytesPerLine() / 4), 1.0);
     dialog_->plot.Paint(canvas);
     QPainter painter(this);
     painter.drawImage(rect(), image_);
