@@ -112,6 +112,7 @@ def test_controls_of_the_panel_reach_the_amplifier(panel, amplifier):
     bracket = "write 05 System Control 2: 40.*%s.*write 05 System Control 2: 00"
     for act, words, frames in (
             (panel.press, (2060,), "write 1B Oscilator Trim: 80"),
+            (panel.screen.type, ("9",), ""),  # into no box
             (panel.put, (2071, "29"), ""),
             (panel.press, (2080,), "read 29 PEQ Coef L0: 20 bytes"),
             (panel.put, (2074, "00123456"), ""),

@@ -112,9 +112,14 @@ std::string QtDialogHost::text(int id) const {
 }
 
 void QtDialogHost::enable(int id, bool enabled) {
-    if (QWidget* widget = control(id)) {
-        widget->setEnabled(enabled);
+    QWidget* widget = control(id);
+    if (widget == nullptr) {
+        return;
     }
+    if (!enabled && widget->hasFocus()) {
+        window_.setFocus();  // else the next box in the row would get what is typed
+    }
+    widget->setEnabled(enabled);
 }
 
 void QtDialogHost::show(int id, bool visible) {

@@ -83,9 +83,14 @@ std::string Win32DialogHost::text(int id) const {
 }
 
 void Win32DialogHost::enable(int id, bool enabled) {
-    if (const HWND window = control(id)) {
-        EnableWindow(window, enabled ? TRUE : FALSE);
+    const HWND window = control(id);
+    if (window == nullptr) {
+        return;
     }
+    if (!enabled && GetFocus() == window) {
+        SetFocus(window_);  // a disabled one would keep the keys to itself
+    }
+    EnableWindow(window, enabled ? TRUE : FALSE);
 }
 
 void Win32DialogHost::show(int id, bool visible) {
