@@ -205,9 +205,12 @@ TEST_F(Panel, NumberBoxesTakeTheirRangesAndSendWhatIsInUse) {
         expectRefused(box, std::to_string(low - 1));
         expectRefused(box, std::to_string(high + 1));
     }
-    for (const char* typed : {"", "12a", "1e3", "99999999999", "4 0"}) {
+    for (const char* typed :
+         {"", "12a", "1e3", "99999999999", "4 0", "+", "+-40", "+ 40", "--40"}) {
         expectRefused(crossover, typed);
     }
+    EXPECT_EQ(enter(crossover, "  +4000 ").size(), 12U);
+    EXPECT_EQ(run().amplifier.crossoverHz, 4000);
     EXPECT_THAT(run().amplifier.drc, testing::Each(DrcSettings{12, 5000, 5000, 5000}));
     host.type(crossover, "1");
     EXPECT_EQ(control(crossover).text, "1");  // until the box is left
