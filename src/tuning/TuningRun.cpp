@@ -80,7 +80,7 @@ bool TuningRun::LoadCommandLineResponse() {
 }
 
 bool TuningRun::OpenResponseFile(const std::string& path, PathCase pathCase) {
-    SetStatusLine(1, "Analyzing Loaded Data ...");
+    SetStatusLine(1, "Analyzing Loaded Data ...", StatusNews::sent);
     if (!LoadResponseFile(pathCase == PathCase::asGiven ? path : FindLowerCasePath(path))) {
         messages_.error("Failed to open speaker response file");
         return false;
@@ -90,7 +90,7 @@ bool TuningRun::OpenResponseFile(const std::string& path, PathCase pathCase) {
 }
 
 void TuningRun::OpenCsvFile(const std::string& path) {
-    SetStatusLine(1, "Analyzing Loaded Data ...");
+    SetStatusLine(1, "Analyzing Loaded Data ...", StatusNews::sent);
     ImportCsvFile(FindLowerCasePath(path));
     finishLoad();
 }
@@ -102,8 +102,8 @@ void TuningRun::finishLoad() {
         view_->UpdateResultList();
         view_->RedrawCurves();
     }
-    SetStatusLine(1, "");
-    SetStatusLine(2, "");
+    SetStatusLine(1, "", StatusNews::sent);
+    SetStatusLine(2, "", StatusNews::sent);
 }
 
 bool TuningRun::LoadResponseFile(const std::string& path) {
@@ -248,9 +248,9 @@ std::optional<std::string> TuningRun::SaveDesignParameters(const std::string& pa
     return SaveDesignParameterFile(path, {currentCurve, gainIndex, curves});
 }
 
-void TuningRun::SetStatusLine(int line, const std::string& text) {
+void TuningRun::SetStatusLine(int line, const std::string& text, StatusNews news) {
     (line == 1 ? StatusLine1 : StatusLine2) = text;
-    messages_.status(line, text);
+    messages_.status(line, text, news);
 }
 
 }  // namespace tonvane

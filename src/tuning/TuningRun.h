@@ -102,7 +102,7 @@ class TuningRun {
     // is not written over.
     std::optional<std::string> WriteFilterFile();
 
-    void SetStatusLine(int line, const std::string& text);
+    void SetStatusLine(int line, const std::string& text, StatusNews news);
 
     // Five words for each of the seven sections; empty without a valid response.
     [[nodiscard]] std::span<const int32_t> designedSections() const;

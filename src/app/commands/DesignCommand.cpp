@@ -95,7 +95,7 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
     if (!report.isUsable()) {
         throw InputError("--program", "the filter is not sent: " + report.warnings.front());
     }
-    const auto writes = EqualizerGroup(true, run.iirFitter.coefficientWords);
+    const auto writes = EqualizerGroup(true, report.words);
     ConnectLink(run.ampLink);
     WriteUninterrupted(run.ampLink, writes);
     CompareReadBack(run.ampLink, writes);
