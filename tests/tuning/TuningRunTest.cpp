@@ -1,6 +1,7 @@
 // A tuning run without a window, from the values of a command line to the files at its end.
 #include <cmath>
 #include <memory>
+#include <numbers>
 
 #include <gmock/gmock.h>
 
@@ -197,6 +198,26 @@ TEST_F(TuningRunTest, WarnsOfAFilterThatCannotBeUsed) {
     samples.assign(responseLength, 0.0);
     samples[32] = 1.0;
     expectWarning(samples, "Warning: With a gain clamp of 0 dB");
+}
+
+// A pair of poles at radius r and angle t alone: its magnitude is highest where
+// cos w = (1 + r^2)/(2 r) cos t, with 1/((1 - r^2) sin t).
+TEST(FilterFigures, FindTheNarrowPeakOfAPolePair) {
+    constexpr double rate = 48000.0;
+    for (const auto& [hertz, radius] :
+         {std::pair{90.0, 0.9998}, {1000.0, 0.999}, {17000.0, 0.98}}) {
+        const double angle = 2.0 * std::numbers::pi * hertz / rate;
+        const std::vector<int32_t> words{0x20000, 0, 0, ToCoefWord(2.0 * radius * std::cos(angle)),
+                                         ToCoefWord(-radius * radius)};
+        const double r = std::sqrt(-FromCoefWord(words[4]));
+        const double cosine = FromCoefWord(words[3]) / (2.0 * r);
+        const double peak = std::acos((1.0 + r * r) / (2.0 * r) * cosine);
+        const double gain =
+            0x20000 / 8388608.0 / ((1.0 - r * r) * std::sqrt(1.0 - cosine * cosine));
+        const HighestGain found = HighestGainOf(words, 48000);
+        EXPECT_NEAR(found.db, 20.0 * std::log10(gain), 0.05);
+        EXPECT_NEAR(found.hertz, peak * rate / (2.0 * std::numbers::pi), 0.75);
+    }
 }
 
 }  // namespace
