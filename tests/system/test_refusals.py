@@ -63,7 +63,7 @@ COMPLAINTS = [  # one line, exit code 1
 USAGES = [  # exit code 2
     "", "tune", "design", "plot t.csv", "convert t.csv", "measure", "play", "link", "link read",
     "design t.csv", "design t.csv --measure -o n", "design t.csv -o n --faster",
-    "design t.csv -o n --gain-clamp 1", "design t.csv -o n --format 5",
+    "design t.csv -o n --fit best", "design t.csv -o n --gain-clamp 1", "design t.csv -o n --format 5",
     "design t.csv -o n --rate fast", "design t.csv -o n --size 600x400",
     "design t.csv -o n --export apo", "design t.csv -o n --export none=x",
     "plot t.csv -o n.png --scale 0", "convert filters n --kind none", "play t.csv --from -1",
