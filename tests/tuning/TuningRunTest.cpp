@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "amplifier/FixedPoint.h"
+#include "design/CascadeResponse.h"
 #include "files/TestFiles.h"
 #include "support/Signals.h"
 #include "transform/FftTables.h"
@@ -174,6 +175,23 @@ TEST_F(TuningRunTest, AMovedTargetGivesWhatAFreshRunGivesAndAnotherResponseSomet
     run->takeImpulse(48000, tests::Noise(responseLength));
     run->RunDesign();
     EXPECT_NE(run->iirFitter.coefficientWords, moved);
+}
+
+TEST_F(TuningRunTest, RefinedFilterIsTheOneThatIsShownPredictedAndSent) {
+    tests::SetGoldenValues(tests::GoldenCases()[1], values);
+    values.fitMethod = FitMethod::refined;
+    start();
+    ASSERT_TRUE(run->refinedFit);
+    EXPECT_EQ(run->designedSections().data(), run->refinedFit->words.data());
+    const ResponseAnalyzer& analyzer = run->responseAnalyzer;
+    for (const int32_t i : {10, 100, 1500}) {
+        const std::vector hertz{i * 44100.0 / designLength};
+        const double level = CascadeResponseDb(run->designedSections(), hertz, 44100)[0];
+        const auto through = analyzer.iirPrediction()[8 * i] / analyzer.response.spectrum[8 * i];
+        EXPECT_NEAR(20.0 * std::log10(std::abs(through)), level, 0.01);
+        EXPECT_NEAR(20.0 * std::log10(std::abs(run->fittedCurve()[i])), level + run->gainClampDb(),
+                    0.01);
+    }
 }
 
 TEST_F(TuningRunTest, WarnsOfAFilterThatCannotBeUsed) {
