@@ -61,7 +61,7 @@ TEST(TargetFile, LeavesWhatWasReadUpToAFault) {
     }
     TargetSettings settings;
     EXPECT_EQ(LoadTargetFile(folder / "none.txt", settings), missing);
-    EXPECT_EQ(LoadTargetFile(folder.path(), settings), missing);
+    EXPECT_EQ(LoadTargetFile(folder.path(), settings), closed);
 }
 
 TEST(TargetFile, IsWrittenAsTheReaderWantsIt) {
