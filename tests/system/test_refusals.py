@@ -1,5 +1,7 @@
 """What no command can serve: a line of complaint, the exit code, and every file as it was."""
 
+import random
+import re
 import shlex
 
 import pytest
@@ -128,6 +130,19 @@ def test_what_cannot_be_served_is_told_and_leaves_the_files(
     if code == 1:
         assert done.err.startswith("tonvane-cli: ")
         assert done.err.count("\n") == 1
+
+
+@pytest.mark.parametrize("command", [
+    "design --device simulated", "plot", "convert", "measure --device simulated",
+    "play --device simulated", "link --dry-run", "link --dry-run drc", "devices"])
+def test_every_list_of_options_comes_to_an_end(folder, command):
+    folder.put("t.csv", INPUTS["t.csv"])
+    options = re.findall(r"^ +(?:-\w,)?(--[a-z-]+)", cli(*command.split(), "--help").out, re.M)
+    words = [*({*options} - {"--program", "--device"}), "", "", "t.csv", "n", "1", "-o", "--"]
+    choice = random.Random(command)
+    for _ in range(20):
+        chosen = choice.choices(words, k=choice.randrange(6))
+        assert cli(*command.split(), *chosen, limit=20).code in (0, 1, 2), chosen
 
 
 @pytest.mark.parametrize("command", ["--help", "devices", "link --dry-run read 07",
