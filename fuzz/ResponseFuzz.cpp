@@ -55,7 +55,7 @@ void checkFigures(ResponseAnalyzer& analyzer, const SpeakerResponse& response, i
     Require(analyzer.valid && analyzer.length == n && analyzer.bins == n / 2 + 1, "it is loaded");
     Require(analyzer.delaySamples >= -onsetLead && analyzer.delaySamples <= n - onsetLead,
             "the onset is a sample, or the length");
-    Require(std::abs(analyzer.polarity) == 1, "the polarity is plus or minus one");
+    Require(std::abs(analyzer.polarity()) == 1, "the polarity is plus or minus one");
     Require(analyzer.timeMin <= 0.0 && analyzer.timeMax >= 0.0, "the range brackets zero");
 }
 
@@ -65,12 +65,12 @@ void checkUsableFigures(ResponseAnalyzer& analyzer, const SpeakerResponse& respo
     Require(analyzer.delaySamples < responseFileSamples - onsetLead,
             "what is not silent has an onset");
     const double binWidth = static_cast<double>(response.rate) / responseFileSamples;
-    Require(analyzer.cutoffHz > 39.0 - binWidth && analyzer.cutoffHz <= 400,
+    Require(analyzer.cutoffHz() > 39.0 - binWidth && analyzer.cutoffHz() <= 400,
             "the cutoff is 40 to 400 Hz, truncated to a bin and to a hertz");
-    for (const double degrees : analyzer.phaseDegrees.first(analyzer.bins)) {
+    for (const double degrees : analyzer.phaseDegrees()) {
         Require(std::fabs(degrees) <= 180.0, "the phase is wrapped");
     }
-    for (const double score : analyzer.cutoffCurve.first(analyzer.bins)) {
+    for (const double score : analyzer.cutoffCurve()) {
         Require(std::isnan(score) || (score >= 0.0 && score < 1.0 + 1e-12),
                 "scores are 0 to 1, or none where the band is silent");
     }

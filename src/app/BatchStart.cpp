@@ -15,7 +15,7 @@ namespace {
 
 // A calling tool sees only the words: what is wrong with them must not pass in silence.
 void warnOfUnusableWords(const TuningRun& run, const ProgramValues& values) {
-    if (!run.responseAnalyzer.valid) {
+    if (!run.responseAnalyzer.valid || HasPlainlyUsableWords(run.iirFitter)) {
         return;
     }
     const DesignReport report = MakeDesignReport(run, values);

@@ -40,6 +40,7 @@ int runForPerson(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    tonvane::KeepStandardStreams();
     try {
         const std::vector<std::string> arguments = tonvane::ProgramArguments(argc, argv);
         if (!arguments.empty() && arguments[0] == "-cmd") {

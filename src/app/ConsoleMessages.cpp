@@ -16,6 +16,6 @@ bool ConsoleMessages::confirm(const std::string& /*text*/, const std::string& /*
     return true;
 }
 
-void ConsoleMessages::status(int /*line*/, const std::string& /*text*/) {}
+void ConsoleMessages::status(int /*line*/, const std::string& /*text*/, StatusNews /*news*/) {}
 
 }  // namespace tonvane

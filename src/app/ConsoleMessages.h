@@ -14,7 +14,7 @@ class ConsoleMessages : public Messages {
     bool confirm(const std::string& text, const std::string& caption) override;
 
     // Steps that take a fraction of a second are not worth a line.
-    void status(int line, const std::string& text) override;
+    void status(int line, const std::string& text, StatusNews news) override;
 };
 
 }  // namespace tonvane

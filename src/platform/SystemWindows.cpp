@@ -27,6 +27,9 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
     return arguments;
 }
 
+// The C library gives these numbers to nothing else, and sockets have none.
+void KeepStandardStreams() {}
+
 // The null device is one of characters as well, but has no mode.
 bool IsTerminal() {
     DWORD mode = 0;

@@ -5,6 +5,12 @@
 
 namespace tonvane {
 
+// How a status text gets to the screen.
+enum class StatusNews {
+    sent,    // before the caller goes on to what takes its time
+    posted,  // the caller does not wait
+};
+
 class Messages {
   public:
     virtual ~Messages() = default;
@@ -20,7 +26,7 @@ class Messages {
     virtual bool confirm(const std::string& text, const std::string& caption) = 0;
 
     // Status text 1 or 2 has changed.
-    virtual void status(int line, const std::string& text) = 0;
+    virtual void status(int line, const std::string& text, StatusNews news) = 0;
 };
 
 // What a tuning run tells a display. A run without one has none.

@@ -9,6 +9,10 @@
 
 namespace tonvane {
 
+// How the biquads of a design are found: by fifty passes of least squares against the FIR's taps
+// (IirFitter.h), or grown and polished against the wanted correction (RefinedFit.h).
+enum class FitMethod { iterated, refined };
+
 struct ProgramValues {
     int32_t InputSampleRate = 48000;   // Hz; of measurements and of tables
     int32_t FilterSampleRate = 48000;  // Hz; becomes entry 0 of the rate table
@@ -30,6 +34,8 @@ struct ProgramValues {
     TargetRecord DefaultTargetCurve = BuiltInTargetCurve;
     int32_t TargetCurveKind = zeroCurve;
     int32_t InitialGainClamp = 0;
+
+    FitMethod fitMethod = FitMethod::iterated;
 };
 
 // Names of the measured positions.

@@ -80,7 +80,7 @@ bool TuningRun::LoadCommandLineResponse() {
 }
 
 bool TuningRun::OpenResponseFile(const std::string& path, PathCase pathCase) {
-    SetStatusLine(1, "Analyzing Loaded Data ...");
+    SetStatusLine(1, "Analyzing Loaded Data ...", StatusNews::sent);
     if (!LoadResponseFile(pathCase == PathCase::asGiven ? path : FindLowerCasePath(path))) {
         messages_.error("Failed to open speaker response file");
         return false;
@@ -90,7 +90,7 @@ bool TuningRun::OpenResponseFile(const std::string& path, PathCase pathCase) {
 }
 
 void TuningRun::OpenCsvFile(const std::string& path) {
-    SetStatusLine(1, "Analyzing Loaded Data ...");
+    SetStatusLine(1, "Analyzing Loaded Data ...", StatusNews::sent);
     ImportCsvFile(FindLowerCasePath(path));
     finishLoad();
 }
@@ -102,8 +102,8 @@ void TuningRun::finishLoad() {
         view_->UpdateResultList();
         view_->RedrawCurves();
     }
-    SetStatusLine(1, "");
-    SetStatusLine(2, "");
+    SetStatusLine(1, "", StatusNews::sent);
+    SetStatusLine(2, "", StatusNews::sent);
 }
 
 bool TuningRun::LoadResponseFile(const std::string& path) {
@@ -176,8 +176,7 @@ void TuningRun::ProgramAmplifier() {
 }
 
 std::span<const int32_t> TuningRun::designedSections() const {
-    return responseAnalyzer.valid ? std::span<const int32_t>(iirFitter.coefficientWords)
-                                  : std::span<const int32_t>();
+    return responseAnalyzer.valid ? fittedWords() : std::span<const int32_t>();
 }
 
 void TuningRun::design() {
@@ -189,18 +188,30 @@ void TuningRun::design() {
     if (!responseAnalyzer.valid) {
         return;
     }
-    const SpectrumBuffer& response = responseAnalyzer.response;
-    if (values_.ResponseIsCsv) {
-        eqDesigner.prepareFromSpectrum(response.spectrum);
-    } else {
-        eqDesigner.prepareFromImpulse(response.time(), responseAnalyzer.delaySamples);
-    }
+    prepareResponse();
     eqDesigner.designFir(values_.SampleRateTable[0]);
     const auto taps = eqDesigner.firTaps.first(tapCount);
     responseAnalyzer.predictFir(taps, gain);
     iirFitter.configure(designRate, taps, sectionCount, designLength, gain);
     iirFitter.fit();
     responseAnalyzer.predictIir(iirFitter.numerator[0], iirFitter.denominator[0], gain);
+    refine();
+}
+
+// Once a response: a moved target does not change it.
+void TuningRun::prepareResponse() {
+    const Prepared wanted{responseAnalyzer.loads, eqDesigner.sampleRate,
+                          values_.ResponseIsCsv != 0};
+    if (prepared_ == wanted) {
+        return;
+    }
+    prepared_ = wanted;
+    const SpectrumBuffer& response = responseAnalyzer.response;
+    if (wanted.isTable) {
+        eqDesigner.prepareFromSpectrum(response.spectrum);
+    } else {
+        eqDesigner.prepareFromImpulse(response.time(), responseAnalyzer.delaySamples);
+    }
 }
 
 void TuningRun::ApplyCurveEdit(const TargetRecord& edited, bool redesign) {
@@ -237,9 +248,9 @@ std::optional<std::string> TuningRun::SaveDesignParameters(const std::string& pa
     return SaveDesignParameterFile(path, {currentCurve, gainIndex, curves});
 }
 
-void TuningRun::SetStatusLine(int line, const std::string& text) {
+void TuningRun::SetStatusLine(int line, const std::string& text, StatusNews news) {
     (line == 1 ? StatusLine1 : StatusLine2) = text;
-    messages_.status(line, text);
+    messages_.status(line, text, news);
 }
 
 }  // namespace tonvane

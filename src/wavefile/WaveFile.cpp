@@ -139,10 +139,9 @@ void CWaveFile::Read(double* samples, int32_t frames) {
     coding.Decode(bytes, {samples, count});
 }
 
-void CWaveFile::Write(const double* samples, int32_t frames) {
-    const size_t count = static_cast<size_t>(frames) * static_cast<size_t>(head.channels);
-    bytes.resize(count * static_cast<size_t>(coding.bytesPerSample));
-    coding.Encode({samples, count}, bytes);
+void CWaveFile::Write(std::span<const double> samples) {
+    bytes.resize(samples.size() * static_cast<size_t>(coding.bytesPerSample));
+    coding.Encode(samples, bytes);
     riff.Write(bytes.data(), bytes.size());
 }
 

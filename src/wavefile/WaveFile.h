@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -52,9 +53,9 @@ class CWaveFile {
     // if their bytes were 0; if they were promised by FramesLeft, the file is broken.
     void Read(double* samples, int32_t frames);
 
-    // Writes whole frames, interleaved, at full scale 1.0; Encode of SampleBytes tells how. A full
-    // disk is not noticed.
-    void Write(const double* samples, int32_t frames);
+    // Writes samples at full scale 1.0 as they stand, interleaved by whoever gives them; Encode of
+    // SampleBytes tells how. A full disk is not noticed.
+    void Write(std::span<const double> samples);
 
   private:
     bool readHead(int32_t& rate, int32_t& bits, int32_t& channels);

@@ -41,7 +41,7 @@ COMPLAINTS = [  # one line, exit code 1
     ("convert cut.txt n.json", "cut.txt:1: the file ends"),
     ("convert filters n.txt", "n.txt: say with --kind"),
     ("convert filters n --kind fir-wav", "n: a filter file holds no FIR"),
-    ("measure -o n --rate 11025", "--rate: expected an even rate"),
+    ("measure -o n --rate 7999", "--rate: expected 8000 to 192000 Hz"),
     (f"measure -o n --device 'simulated:{EXAMPLES}/small-speaker.qsr' --rate 44100",
      "at 48000 Hz, not at the 44100"),
     ("measure -o good.qsr --device simulated:./good.qsr", "good.qsr: would overwrite"),
@@ -71,7 +71,7 @@ COMPLAINTS = [  # one line, exit code 1
 USAGES = [  # exit code 2
     "", "tune", "design", "plot t.csv", "convert t.csv", "measure", "play", "link", "link read",
     "design t.csv", "design t.csv --measure -o n", "design t.csv -o n --faster",
-    "design t.csv -o n --gain-clamp 1", "design t.csv -o n --format 5",
+    "design t.csv -o n --fit best", "design t.csv -o n --gain-clamp 1", "design t.csv -o n --format 5",
     "design t.csv -o n --rate fast", "design t.csv -o n --size 600x400",
     "design t.csv -o n --export apo", "design t.csv -o n --export none=x",
     "plot t.csv -o n.png --scale 0", "convert filters n --kind none", "play t.csv --from -1",

@@ -32,7 +32,7 @@ class WaveFile : public testing::Test {
 
     void write(const Samples& samples, int32_t bits = 16, int32_t channels = 1) {
         ASSERT_TRUE(file.Create(folder / "x.wav", 48000, bits, channels));
-        file.Write(samples.data(), static_cast<int32_t>(samples.size()) / channels);
+        file.Write(samples);
         file.Close();
     }
 

@@ -4,11 +4,13 @@
 #include <memory>
 #include <vector>
 
+#include "amplifier/RegisterGroups.h"
 #include "app/DesignPicture.h"
 #include "app/Exports.h"
 #include "app/FinishedDesign.h"
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
+#include "app/LinkSession.h"
 #include "app/OutputFiles.h"
 #include "app/commands/Commands.h"
 #include "files/FilterFile.h"
@@ -28,6 +30,7 @@ struct DesignOptions {
     std::optional<std::string> report;     // a page if its name ends in .html or .htm, else JSON
     PictureOptions plot;                   // a picture of the design, if its output has a name
     std::vector<Export> exports;           // the result for other programs
+    std::string solver = "lattice";        // of the fit's equations, or "lapack"
     bool program = false;                  // send the filter to the amplifier
 };
 
@@ -80,7 +83,7 @@ std::vector<NewContents> contentsOf(const DesignOptions& options, const std::str
         files.push_back({options.plot.output, PictureBytes(options.plot, design)});
     }
     const IirFitter& fitter = design.run->iirFitter;
-    const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
+    const ExportSource source{design.report.words, design.report.sampleRate,
                               fitter.taps.first(fitter.tapCount)};
     for (const Export& wanted : options.exports) {
         files.push_back({wanted.path, FormatExport(wanted, source)});
@@ -92,9 +95,10 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
     if (!report.isUsable()) {
         throw InputError("--program", "the filter is not sent: " + report.warnings.front());
     }
+    const auto writes = EqualizerGroup(true, report.words);
     ConnectLink(run.ampLink);
-    run.amplifier.biqEnabled = true;
-    run.ProgramAmplifier();
+    WriteUninterrupted(run.ampLink, writes);
+    CompareReadBack(run.ampLink, writes);
     std::printf("Programmed the amplifier\n");
 }
 
@@ -112,7 +116,7 @@ void design(const DesignOptions& options) {
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto finished = DesignResponse(options.request);
     const std::string filters =
-        WithSystemLineEnds(FormatFilterFile(finished->run->iirFitter.coefficientWords, addresses));
+        WithSystemLineEnds(FormatFilterFile(finished->report.words, addresses));
     WriteOutputs(contentsOf(options, filters, *finished));
 
     PrintNotes(finished->notes);
@@ -154,11 +158,21 @@ void AddDesignCommand(Command& program) {
     for (CommandOption& look : AddPictureLooks(command, options->plot)) {
         look.needs(plot);
     }
+    command
+        .option(
+            "--solver", options->solver,
+            "What solves the equations of the fit: lattice, or LAPACK's dgelsd, which takes ten "
+            "times as long and is as close")
+        .oneOf(std::vector<std::string>{"lattice", "lapack"});
     command.flag("--program", options->program,
                  "Send the filter to the amplifier through the link server");
     AddLinkOptions(command, request.link);
     command.footer("Example: tonvane-cli design speaker.qsr -o filters.txt --gain-clamp -6");
-    command.action([options] { design(*options); });
+    command.action([options] {
+        options->request.solver =
+            options->solver == "lapack" ? FitSolver::lapack : FitSolver::lattice;
+        design(*options);
+    });
 }
 
 }  // namespace tonvane

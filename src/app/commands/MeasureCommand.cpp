@@ -58,7 +58,7 @@ void AddMeasureCommand(Command& program) {
     Command command =
         program.subcommand("measure", "Measure a loudspeaker: play noise and capture it");
     AddDeviceOptions(command, options->device);
-    command.option("--rate", options->rate, "Sample rate in Hz, even, 8000 to 192000 (48000)");
+    command.option("--rate", options->rate, "Sample rate in Hz, 8000 to 192000 (48000)");
     command.option("-o,--output", options->output, "Speaker response file to write")
         .required()
         .fileName();

@@ -104,9 +104,6 @@ void play(const PlayOptions& options) {
         }
         throw InputError(chosen.name, "cannot be opened for playing" + reasonOf(*chosen.device));
     }
-    if (!chosen.warning.empty()) {
-        std::printf("Warning: %s\n", chosen.warning.c_str());
-    }
     std::printf("Playing %s on %s, %s\n", options.path.c_str(), chosen.name.c_str(),
                 player.durationText.substr(3).c_str());
     std::fflush(stdout);
