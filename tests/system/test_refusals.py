@@ -75,6 +75,7 @@ USAGES = [  # exit code 2
     "design t.csv -o n --rate fast", "design t.csv -o n --size 600x400",
     "design t.csv -o n --export apo", "design t.csv -o n --export none=x",
     "plot t.csv -o n.png --scale 0", "convert filters n --kind none", "play t.csv --from -1",
+    "''", "design t.csv '' -o n", "design --measure '' -o n", "play t.csv --from nan",
     "design t.csv -o ''", "design t.csv -o n --report ''", "design t.csv -o n --plot ''",
     "design t.csv -o n --target ''", "design t.csv -o n --addresses ''", "plot t.csv -o ''",
     "measure -o ''", "measure -o n --report ''", "link write 07", "link drc 3", "link read 07 --timeout 0", "link --port 70000 read 07",
