@@ -1,5 +1,7 @@
 """What no command can serve: a line of complaint, the exit code, and every file as it was."""
 
+import random
+import re
 import shlex
 
 import pytest
@@ -73,6 +75,7 @@ USAGES = [  # exit code 2
     "design t.csv -o n --rate fast", "design t.csv -o n --size 600x400",
     "design t.csv -o n --export apo", "design t.csv -o n --export none=x",
     "plot t.csv -o n.png --scale 0", "convert filters n --kind none", "play t.csv --from -1",
+    "''", "design t.csv '' -o n", "design --measure '' -o n", "play t.csv --from nan",
     "design t.csv -o ''", "design t.csv -o n --report ''", "design t.csv -o n --plot ''",
     "design t.csv -o n --target ''", "design t.csv -o n --addresses ''", "plot t.csv -o ''",
     "measure -o ''", "measure -o n --report ''", "link write 07", "link drc 3", "link read 07 --timeout 0", "link --port 70000 read 07",
@@ -128,6 +131,19 @@ def test_what_cannot_be_served_is_told_and_leaves_the_files(
     if code == 1:
         assert done.err.startswith("tonvane-cli: ")
         assert done.err.count("\n") == 1
+
+
+@pytest.mark.parametrize("command", [
+    "design --device simulated", "plot", "convert", "measure --device simulated",
+    "play --device simulated", "link --dry-run", "link --dry-run drc", "devices"])
+def test_every_list_of_options_comes_to_an_end(folder, command):
+    folder.put("t.csv", INPUTS["t.csv"])
+    options = re.findall(r"^ +(?:-\w,)?(--[a-z-]+)", cli(*command.split(), "--help").out, re.M)
+    words = [*({*options} - {"--program", "--device"}), "", "", "t.csv", "n", "1", "-o", "--"]
+    choice = random.Random(command)
+    for _ in range(20):
+        chosen = choice.choices(words, k=choice.randrange(6))
+        assert cli(*command.split(), *chosen, limit=20).code in (0, 1, 2), chosen
 
 
 @pytest.mark.parametrize("command", ["--help", "devices", "link --dry-run read 07",
