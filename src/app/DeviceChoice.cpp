@@ -1,5 +1,6 @@
 #include "app/DeviceChoice.h"
 
+#include "app/DeviceGuard.h"
 #include "device/menu/DeviceMenu.h"
 #include "device/simulated/SimulatedSpeaker.h"
 #include "files/InputError.h"
@@ -35,6 +36,9 @@ ChosenDevice ChooseDevice(const DeviceOptions& options) {
     if (wanted.starts_with(speakerPrefix)) {
         return simulatedSpeaker(wanted.substr(speakerPrefix.size()));
     }
+    DeviceGuard guard(options.limit());
+    guard.expect(options.limit(), options.device + (options.device.empty() ? "" : ": ") +
+                                      "the sound server does not answer");
     const DeviceEntry entry = FindDevice(ListDevices(), wanted);
     if (!entry.make) {
         throw InputError(wanted,
