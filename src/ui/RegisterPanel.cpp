@@ -31,10 +31,15 @@ constexpr double maxCrossoverShare = 0.9;  // of the sample rate
 
 constexpr FileDialog dumpDialog{FileDialog::Form::open, "dat file (*.dat)", "*.dat", "dat"};
 
-// A signed decimal number with nothing behind it; blanks in front are passed over.
+// A decimal number with a sign of either kind or none; blanks around it are passed over.
 std::optional<int32_t> wholeNumber(const std::string& text) {
     const size_t start = std::min(text.find_first_not_of(' '), text.size());
-    return ParseWhole<int32_t>(std::string_view(text).substr(start));
+    const size_t end = text.find_last_not_of(' ') + 1;
+    std::string_view number = std::string_view(text).substr(start, end - std::min(start, end));
+    if (number.starts_with('+') && !number.starts_with("+-")) {
+        number.remove_prefix(1);
+    }
+    return ParseWhole<int32_t>(number);
 }
 
 bool isBetween(const std::optional<int32_t>& value, int32_t min, int32_t max) {
@@ -142,10 +147,10 @@ void RegisterPanel::OnTerm(const DialogMessage& /*m*/) {
     showLinkControls(false);
 }
 
-// A failure is silent.
+// A failure is silent, and nothing is read for a file that cannot be written.
 void RegisterPanel::OnDump(const DialogMessage& /*m*/) {
     const auto path = host_.chooseFile(dumpDialog);
-    if (!path) {
+    if (!path || !OpenFile(*path, "ab")) {
         return;
     }
     const auto readRegister = [&](int32_t reg, std::span<uint8_t> contents) {

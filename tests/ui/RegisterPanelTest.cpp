@@ -197,6 +197,7 @@ TEST_F(Panel, TheCrossoverBoxTakesTenHertzToNineTenthsOfTheRate) {
         {"300", 2, 0, "300"},           {"10", 2, 12, "10"},  // split or not
         {" 43200", 2, 12, " 43200"},    {"43201", 2, 0, "43200"}, {"39690", 1, 12, "39690"},
         {"39691", 1, 0, "39690"},       {"9", 1, 0, "39690"},     {"", 1, 0, "39690"},
+        {"+39690 ", 1, 0, "+39690 "},   {"+-20", 1, 0, "39690"},  {" ", 1, 0, "39690"},
         {"12a", 1, 0, "39690"},         {"1e3", 1, 0, "39690"},   {"-20", 1, 0, "39690"},
         {"99999999999", 1, 0, "39690"}, {"4 0", 1, 0, "39690"},
     };
@@ -244,6 +245,8 @@ TEST_F(Panel, ADumpWritesALineForEachRegister) {
     host.take();
     press(dump);  // cancelled
     EXPECT_THAT(host.take(), ElementsAre("open dat file (*.dat) *.dat dat"));
+    host.chosenFiles = {folder / "none/dump.dat"};
+    EXPECT_THAT(press(dump), IsEmpty());
     host.chosenFiles = {folder / "dump.dat"};
     link.replies = {0x12};
     EXPECT_EQ(press(dump).front(), "00 00 01");
