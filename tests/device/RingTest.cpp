@@ -121,29 +121,6 @@ TEST_F(UnitRings, CloseFreesTheWorkersWhichTellWhatTheyHaveMoved) {
     EXPECT_TRUE(play.DeviceUnit().empty()) << "a new run starts on an empty queue";
 }
 
-TEST_F(UnitRings, AreLookedAtEveryQuarterOfAUnitButNotMoreOftenThanEvery10Ms) {
-    for (const auto& [rate, milliseconds] :
-         {std::pair{48000, 10}, {8000, 32}, {11025, 23}, {192000, 10}}) {
-        UnitRing ring;
-        ASSERT_TRUE(ring.Open(UnitRing::Direction::play, wordBytes, rate, depth));
-        EXPECT_EQ(ring.sleepMs(), milliseconds) << rate;
-    }
-}
-
-TEST(UnitRing, HandsAPlatformEachUnitInItsTurn) {
-    Words handed;
-    UnitRing ring;
-    ring.SetOnSubmit([&](int32_t index) { handed.push_back(index); });
-    ASSERT_TRUE(ring.Open(UnitRing::Direction::capture, wordBytes, 48000, 3 * unit));
-    EXPECT_THAT(handed, ElementsAre(0, 1, 2)) << "all units at once";
-    ring.Complete();
-    Words got(unit);
-    ring.Read(got.data(), unit - 1);
-    EXPECT_EQ(handed.size(), 3U);
-    ring.Read(got.data(), 1);
-    EXPECT_THAT(handed, ElementsAre(0, 1, 2, 0));
-}
-
 TEST_F(UnitRings, CompleteAUnitByNothingButAWake) {
     play.Write(counting(depth).data(), depth);
     tests::ExpectQuiet([&] {

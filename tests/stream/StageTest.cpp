@@ -18,11 +18,7 @@ using Samples = std::vector<double>;
 struct Recorder : CDspStream {
     Recorder(int32_t frames, bool isInterleaved) : blockFrames(frames), layout(isInterleaved) {}
 
-    bool Open() override {
-        events += "open ";
-        return opens && inputBuffer.Allocate(inputFormat.channels, blockFrames, layout);
-    }
-    void Close() override { events += "close "; }
+    bool Open() override { return inputBuffer.Allocate(inputFormat.channels, blockFrames, layout); }
     void Process(const double* in, double* /*out*/) override {
         ++blocks;
         heard.resize(static_cast<size_t>(inputBuffer.channels));
@@ -34,8 +30,6 @@ struct Recorder : CDspStream {
 
     int32_t blockFrames;
     bool layout;
-    bool opens = true;
-    std::string events;
     int blocks = 0;
     std::vector<Samples> heard;
 };
@@ -81,27 +75,6 @@ TEST(DspStream, AChainThatDisagreesOnChannelsMovesNothing) {
     sink.Push(source);
     EXPECT_EQ(source.position, 0);
     EXPECT_EQ(sink.blocks, 0);
-}
-
-TEST(DspStream, AStageThatDoesNotOpenClosesTheStagesAheadOfIt) {
-    Recorder stages[] = {{4, true}, {4, true}, {4, true}};
-    stages[0].next = &stages[1];
-    stages[1].next = &stages[2];
-    stages[1].opens = false;
-    EXPECT_FALSE(stages[0].Configure(MakeWaveFormat(48000, 2, 16)));
-    EXPECT_EQ(stages[0].events + "| " + stages[1].events + "| " + stages[2].events,
-              "open close | open close | ");
-}
-
-TEST(DspStream, ConstantsArePushedAtTheScaleOfTheFormat) {
-    Recorder source(4, true);
-    Recorder sink(4, true);
-    source.next = &sink;
-    ASSERT_TRUE(source.Configure(MakeWaveFormat(48000, 2, 16)));
-    ASSERT_TRUE(source.outputBuffer.Allocate(2, 4, false));
-    source.PushConstant(8192, 6);
-    EXPECT_EQ(sink.heard.at(0), Samples(4, 0.25));
-    EXPECT_EQ(source.outputBuffer.position, 2);
 }
 
 // A wire of so many bits, and the bytes of its samples.
