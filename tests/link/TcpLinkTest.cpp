@@ -90,8 +90,9 @@ struct IdleServer {
 // A link as the commands have it, or as a window has it, with a limit of either.
 template <typename Transport>
 struct Client {
-    Client(uint16_t port, int32_t limit)
-        : link(socket, port, std::make_unique<Transport>(limit)), connection(link.Connect()) {}
+    Client(uint16_t port, int32_t limit) : link(socket, port, std::make_unique<Transport>(limit)) {
+        link.Connect();
+    }
 
     std::vector<uint8_t> read(int32_t reg) {
         std::vector<uint8_t> bytes(static_cast<size_t>(LookUpRegister(reg).length), 9);
@@ -107,7 +108,6 @@ struct Client {
 
     std::intptr_t socket = -1;
     CAmpLink link;
-    CAmpLink::Connection connection;
 };
 using Command = Client<CheckedTcpTransport>;
 using Window = Client<TcpTransport>;
@@ -136,8 +136,7 @@ TEST(TcpLink, AReadOutlivesSignals) {
     static std::atomic<int32_t> caught;
     struct sigaction counting {};
     counting.sa_handler = [](int) { ++caught; };  // without SA_RESTART
-    struct sigaction before {};
-    sigaction(SIGUSR1, &counting, &before);
+    sigaction(SIGUSR1, &counting, nullptr);
     DeskAmplifier desk;
     Command command(desk.port(), longTime);
     command.write(0x29, fiveWords);
@@ -158,7 +157,6 @@ TEST(TcpLink, AReadOutlivesSignals) {
     silence.unlock();
     reader.join();
     EXPECT_EQ(caught, 50);
-    sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {

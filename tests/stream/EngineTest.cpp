@@ -27,19 +27,13 @@ void waitUntil(Condition condition) {
     }
 }
 
-// The simulated device with an ear at both of its ends, in samples of 32 bits, planar. It waits for
-// either worker as long as it takes.
+// The simulated device with an ear at its input, in samples of 32 bits, planar.
 struct TapDevice : CSimulatedWave {
-    explicit TapDevice(const SimulatedSetup& setup) : CSimulatedWave(setup) {}
+    using CSimulatedWave::CSimulatedWave;
 
-    bool Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames,
-              void* notify) override {
-        played.assign(static_cast<size_t>(play->channels), {});
-        return CSimulatedWave::Open(capture, play, frames, notify);
-    }
-    bool Start() override {
-        ++starts;
-        return CSimulatedWave::Start();
+    bool Open(const WAVEFORMATEX* in, const WAVEFORMATEX* out, int frames, void* notify) override {
+        played.assign(static_cast<size_t>(out->channels), {});
+        return CSimulatedWave::Open(in, out, frames, notify);
     }
     void Stop() override {
         ++stops;
@@ -55,9 +49,10 @@ struct TapDevice : CSimulatedWave {
         return CSimulatedWave::Write(data, frames);
     }
     std::vector<Samples> played;  // by channel
-    std::atomic<int> starts{0}, stops{0};
+    std::atomic<int> stops{0};
 };
 
+// The device waits for either worker as long as it takes.
 struct EngineRun : StreamNotify {
     explicit EngineRun(SimulatedSetup setup = {})
         : device((setup.patience = std::chrono::hours(1), setup)) {
@@ -176,7 +171,6 @@ TEST_F(Engine, AFilePlaysToItsEndWithSilenceBehindIt) {
     for (const int32_t frames : {256, 20480}) {
         EngineRun run;
         ASSERT_TRUE(run.engine.OpenFile(makeFile(frames).c_str()));
-        EXPECT_EQ(run.engine.playFormat, MakeWaveFormat(8000, 1, 16));
         ASSERT_TRUE(run.engine.StartPlayback());
         run.waitForDone();
         EXPECT_FALSE(run.isComplete);
@@ -187,7 +181,6 @@ TEST_F(Engine, AFilePlaysToItsEndWithSilenceBehindIt) {
         for (int32_t i = 0; i < static_cast<int32_t>(heard.size()); ++i) {
             ASSERT_EQ(heard[i], i < frames ? (i + 1) / 32768.0 : 0.0) << i;
         }
-        EXPECT_TRUE(run.isIdle());
     }
 }
 
@@ -204,7 +197,6 @@ TEST_F(Engine, APauseHoldsTheDeviceAndASeekGoesOnElsewhere) {
     EXPECT_EQ(run.engine.waveOut.framesPlayed, held);
     run.engine.paused = false;
     waitUntil([&] { return run.engine.waveOut.framesPlayed > held + 4096; });
-    EXPECT_EQ(run.device.starts, 2);
     run.engine.paused = true;
     run.engine.Stop();
     EXPECT_TRUE(run.isIdle());

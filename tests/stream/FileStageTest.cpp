@@ -62,17 +62,6 @@ TEST_F(InputFile, AFileOfWholeBlocksEndsAndAnyOtherGoesOnFromItsStart) {
     }
 }
 
-TEST_F(InputFile, PlayedOnceEveryFileEndsInSilence) {
-    open(300);
-    stage.once = true;
-    EXPECT_TRUE(stage.ReadBlock());
-    EXPECT_FALSE(stage.ReadBlock());
-    EXPECT_EQ(sink.heard.at(299), 300);
-    EXPECT_EQ(sink.heard.at(300), 0);
-    stage.RequestSeek(99.0);
-    EXPECT_FALSE(stage.ReadBlock());
-}
-
 TEST_F(InputFile, TheNewestSeekIsServedWithTheNextBlock) {
     open(1024);
     EXPECT_TRUE(stage.ReadBlock());

@@ -35,11 +35,10 @@ def pulse(monkeypatch, tmp_path):
     for name in ("XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH", "PULSE_STATE_PATH", "PULSE_CONFIG_PATH",
                  "HOME"):
         monkeypatch.setenv(name, str(tmp_path))
-    monkeypatch.setenv("PULSE_COOKIE", f"{tmp_path}/cookie")
-    monkeypatch.setenv("PULSE_SERVER", f"unix:{tmp_path}/native")
-    monkeypatch.setenv("PULSE_SINK", "loop")
-    monkeypatch.setenv("PULSE_SOURCE", "loop.monitor")
-    monkeypatch.setenv("ALSA_CONFIG_PATH", f"{tmp_path}/asound.conf")
+    for name, value in {"PULSE_COOKIE": f"{tmp_path}/cookie", "PULSE_SINK": "loop",
+                        "PULSE_SERVER": f"unix:{tmp_path}/native", "PULSE_SOURCE": "loop.monitor",
+                        "ALSA_CONFIG_PATH": f"{tmp_path}/asound.conf"}.items():
+        monkeypatch.setenv(name, value)
     (tmp_path / "asound.conf").write_text(
         "</usr/share/alsa/alsa.conf>\npcm.!default { type pulse }\nctl.!default { type pulse }\n")
     with Running("pulseaudio", "-n", "--system=false", "--daemonize=no", "--use-pid-file=no",

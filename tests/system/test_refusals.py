@@ -43,7 +43,8 @@ COMPLAINTS = [  # one line, exit code 1
     (f"measure -o n --device 'simulated:{EXAMPLES}/small-speaker.qsr' --rate 44100",
      "at 48000 Hz, not at the 44100"),
     ("measure -o n --device gramophone", "gramophone: there is no such audio device"),
-    ("measure -o n --device alsa:gramophone", "alsa:gramophone: cannot be opened for"),
+    ("measure -o n --device alsa:gramophone",
+     'Cannot open the ALSA device "gramophone" for capture: No such file or directory'),
     ("measure -o n --device simulated --report n", "n: would overwrite another file"),
     ("play none.wav --device simulated", "none.wav: cannot be opened"),
     ("play t.csv --device simulated", "t.csv: is no wave file"),
@@ -103,7 +104,7 @@ def test_what_cannot_be_served_is_told_and_leaves_the_files(
     for name, contents in INPUTS.items():
         folder.put(name, contents)
     before = {name: (folder / name).read_bytes() for name in INPUTS}
-    done = cli(*shlex.split(command.replace("link", f"link --port {amplifier.port}", 1)))
+    done = cli(*shlex.split(command.replace("link ", f"link --port {amplifier.port} ", 1)))
     assert done.code == code
     assert folder.names() == {*INPUTS, *written.split()}
     assert {name: (folder / name).read_bytes() for name in INPUTS} == before

@@ -95,14 +95,10 @@ def test_frozen_server_is_given_up(folder, request, server, device, moment, limi
         frozen.send_signal(signal.SIGCONT)
 
 
-@pytest.mark.parametrize("device, rate, reason", [
-    ("jack:speaker", 44100, "Sample rate 44100 Hz is not supported: "
-                            "the JACK server runs at 48000 Hz"),
-    ("alsa:no such PCM", 48000, 'Cannot open the ALSA device "no such PCM" for capture: '
-                                "No such file or directory")])
-def test_what_is_not_there_is_refused(folder, jack, device, rate, reason):
+def test_rate_that_the_server_does_not_have_is_refused(folder, jack):
     folder.put("in", "")
-    assert run("device-probe", device, rate, 2, "in", "out", 0).out == f"refused: {reason}\n"
+    assert run("device-probe", "jack:speaker", 44100, 2, "in", "out", 0).out == (
+        "refused: Sample rate 44100 Hz is not supported: the JACK server runs at 48000 Hz\n")
 
 
 def test_devices_are_those_that_are_there_and_no_server_is_started(jack):
