@@ -48,7 +48,8 @@ COMPLAINTS = [  # one line, exit code 1
     ("measure -o n --report good.qsr --device simulated:good.qsr", "good.qsr: would overwrite"),
     ("design --measure -o good.qsr --device simulated:good.qsr", "good.qsr: would overwrite"),
     ("measure -o n --device gramophone", "gramophone: there is no such audio device"),
-    ("measure -o n --device alsa:gramophone", "alsa:gramophone: cannot be opened for"),
+    ("measure -o n --device alsa:gramophone",
+     'Cannot open the ALSA device "gramophone" for capture: No such file or directory'),
     ("measure -o n --device simulated --report n", "n: would overwrite another file"),
     ("play none.wav --device simulated", "none.wav: cannot be opened"),
     ("play t.csv --device simulated", "t.csv: is no wave file"),
@@ -121,7 +122,7 @@ def test_what_cannot_be_served_is_told_and_leaves_the_files(
     for name, contents in INPUTS.items():
         folder.put(name, contents)
     before = {name: (folder / name).read_bytes() for name in INPUTS}
-    done = cli(*shlex.split(command.replace("link", f"link --port {amplifier.port}", 1)))
+    done = cli(*shlex.split(command.replace("link ", f"link --port {amplifier.port} ", 1)))
     assert done.code == code
     assert folder.names() == {*INPUTS, *written.split()}
     assert {name: (folder / name).read_bytes() for name in INPUTS} == before
