@@ -52,13 +52,18 @@ void AddDeviceOptions(Command& command, DeviceOptions& options, const std::strin
         .showDefault();
 }
 
+std::string FileOfDevice(const DeviceOptions& options) {
+    const std::string& wanted = options.device;
+    return wanted.starts_with(speakerPrefix) ? wanted.substr(speakerPrefix.size()) : std::string();
+}
+
 ChosenDevice ChooseDevice(const DeviceOptions& options) {
     const std::string& wanted = options.device;
     if (wanted.empty()) {
         return usualDevice();
     }
-    if (wanted.starts_with(speakerPrefix)) {
-        return simulatedSpeaker(wanted.substr(speakerPrefix.size()));
+    if (const std::string file = FileOfDevice(options); !file.empty()) {
+        return simulatedSpeaker(file);
     }
     const DeviceEntry entry = FindDevice(ListDevices(), wanted);
     if (!entry.make) {

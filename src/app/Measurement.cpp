@@ -84,8 +84,8 @@ void expectUsableResponse(TuningRun& run, const std::string& name) {
 int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
                       const ProgramValues& values) {
     const int32_t rate = wanted.value_or(device.rate.value_or(values.InputSampleRate));
-    if (!IsMeasuringRate(rate)) {
-        throw InputError("--rate", "expected " + std::string(measuringRates));
+    if (!IsUsableRate(rate)) {
+        throw InputError("--rate", "expected " + std::string(usableRates));
     }
     if (device.rate.value_or(rate) != rate) {
         throw InputError(device.name, "the response is at " + std::to_string(*device.rate) +
@@ -96,10 +96,6 @@ int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
 }
 
 }  // namespace
-
-bool IsMeasuringRate(int64_t rate) {
-    return IsUsableRate(rate) && rate % 2 == 0;
-}
 
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
                                   const RunLimits& limits, TuningRun& run,
@@ -140,8 +136,8 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
     measurement.TakeCapture();
     expectUsableResponse(run, name);
     report.delaySamples = run.responseAnalyzer.delaySamples;
-    report.polarity = run.responseAnalyzer.polarity;
-    report.cutoffHz = run.responseAnalyzer.cutoffHz;
+    report.polarity = run.responseAnalyzer.polarity();
+    report.cutoffHz = run.responseAnalyzer.cutoffHz();
     return report;
 }
 

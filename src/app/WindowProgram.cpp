@@ -69,6 +69,7 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
 
     ProgramValues values;
     values.AppDirectory = WorkingDirectory();
+    values.fitMethod = options.fitMethod;
     InitFftTables(responseLength);
     StartMessages messages;
     const bool promptOnExit =
@@ -84,7 +85,9 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
     if (!options.layoutFile.empty()) {
         writeLayout(window->host(), options.layoutFile);
     }
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    FreeFftTables();
+    return exitCode;
 }
 
 }  // namespace tonvane

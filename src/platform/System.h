@@ -1,6 +1,7 @@
 // What a program asks of the system that it runs on. Texts and paths are UTF-8 on every system.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -28,5 +29,10 @@ using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 
 // As fopen; null on failure.
 FilePointer OpenFile(const std::string& path, const char* mode);
+
+// Positions in files of any length, where those of the C library may have 32 bits. From the start,
+// or with `whence` as in fseek.
+void SeekFile(std::FILE* file, int64_t position, int whence = SEEK_SET);
+int64_t TellFile(std::FILE* file);
 
 }  // namespace tonvane

@@ -20,4 +20,12 @@ FilePointer OpenFile(const std::string& path, const char* mode) {
     return FilePointer(std::fopen(path.c_str(), mode));
 }
 
+void SeekFile(std::FILE* file, int64_t position, int whence) {
+    ::fseeko(file, position, whence);
+}
+
+int64_t TellFile(std::FILE* file) {
+    return ::ftello(file);
+}
+
 }  // namespace tonvane

@@ -44,4 +44,12 @@ FilePointer OpenFile(const std::string& path, const char* mode) {
     return FilePointer(::_wfopen(Widen(path).c_str(), Widen(mode).c_str()));
 }
 
+void SeekFile(std::FILE* file, int64_t position, int whence) {
+    ::_fseeki64(file, position, whence);
+}
+
+int64_t TellFile(std::FILE* file) {
+    return ::_ftelli64(file);
+}
+
 }  // namespace tonvane

@@ -18,6 +18,10 @@ class Messages {
     // An error of the run; the run goes on.
     virtual void error(const std::string& text) = 0;
 
+    // Something that the run could not do and that a dialog passes over in silence; for whoever has
+    // no window. The text names the file.
+    virtual void warning(const std::string& /*text*/) {}
+
     // A question that is answered with OK (true) or Cancel.
     virtual bool confirm(const std::string& text, const std::string& caption) = 0;
 

@@ -66,12 +66,12 @@ TEST_F(Analyzer, OnsetIsTheFirstSampleAboveAnEighthOfThePeak) {
 TEST_F(Analyzer, PolarityIsThatOfTheFirstSwing) {
     for (const double rate : {44100.0, 48000.0, 96000.0}) {
         const auto later = static_cast<int32_t>(200 + 0.0015 * rate);
-        EXPECT_EQ(analyzed(rate, withSamples({{200, 1.0}, {later, -1.5}})).polarity, 1) << rate;
-        EXPECT_EQ(analyzed(rate, withSamples({{200, -1.0}, {later, 1.5}})).polarity, -1) << rate;
+        EXPECT_EQ(analyzed(rate, withSamples({{200, 1.0}, {later, -1.5}})).polarity(), 1) << rate;
+        EXPECT_EQ(analyzed(rate, withSamples({{200, -1.0}, {later, 1.5}})).polarity(), -1) << rate;
     }
     // Neither what comes ahead of the onset nor what lies above 2 kHz counts.
-    EXPECT_EQ(analyzed(48000, withSamples({{200, -0.1}, {440, 1.0}})).polarity, 1);
-    EXPECT_EQ(analyzed(48000, withSamples({{200, -1.0}, {201, 0.9}, {202, 0.9}})).polarity, 1);
+    EXPECT_EQ(analyzed(48000, withSamples({{200, -0.1}, {440, 1.0}})).polarity(), 1);
+    EXPECT_EQ(analyzed(48000, withSamples({{200, -1.0}, {201, 0.9}, {202, 0.9}})).polarity(), 1);
 }
 
 // The search's template falls three times as steeply as a fourth-order high-pass, which is read up
@@ -79,7 +79,7 @@ TEST_F(Analyzer, PolarityIsThatOfTheFirstSwing) {
 TEST_F(Analyzer, CutoffIsTheCornerOfAHighPass) {
     for (const double rate : {44100.0, 96000.0}) {
         for (const double corner : {50.0, 80.0, 150.0, 300.0}) {
-            const int32_t found = analyzed(rate, butterworthHighPass(corner, rate)).cutoffHz;
+            const int32_t found = analyzed(rate, butterworthHighPass(corner, rate)).cutoffHz();
             EXPECT_NEAR(found, 1.03 * corner, 0.05 * corner + rate / n) << rate;
         }
     }
@@ -88,18 +88,18 @@ TEST_F(Analyzer, CutoffIsTheCornerOfAHighPass) {
 TEST_F(Analyzer, CutoffStaysBetweenItsBoundsWithItsScoreOverFortyDecibels) {
     for (const auto& [corner, expected] : {std::pair{5.0, 39}, {1000.0, 398}}) {
         const ResponseAnalyzer analyzer = analyzed(48000, butterworthHighPass(corner, 48000));
-        EXPECT_EQ(analyzer.cutoffHz, expected);
-        const auto scored = analyzer.cutoffCurve.first(273).subspan(13);  // 20 to 400 Hz
+        EXPECT_EQ(analyzer.cutoffHz(), expected);
+        const auto scored = analyzer.cutoffCurve().subspan(13, 260);  // 20 to 400 Hz
         EXPECT_NEAR(*std::ranges::min_element(scored), 0.01, 1e-12);
         EXPECT_EQ(*std::ranges::max_element(scored), 1.0);
-        EXPECT_EQ(analyzer.cutoffCurve[12] + analyzer.cutoffCurve[273], 0.0);
+        EXPECT_EQ(analyzer.cutoffCurve()[12] + analyzer.cutoffCurve()[273], 0.0);
     }
 }
 
 TEST_F(Analyzer, PhaseIsThatOfTheResponseWithoutItsDelay) {
     for (const int32_t delay : {0, 300, 20000}) {
         const ResponseAnalyzer pure = analyzed(48000, withSamples({{delay, 0.3}}));
-        EXPECT_THAT(pure.phaseDegrees.first(pure.bins), Each(testing::DoubleNear(0, 1e-6)));
+        EXPECT_THAT(pure.phaseDegrees(), Each(testing::DoubleNear(0, 1e-6)));
     }
     // One pole at 0.9, turned over.
     std::vector<double> x(n, 0.0);
@@ -110,7 +110,7 @@ TEST_F(Analyzer, PhaseIsThatOfTheResponseWithoutItsDelay) {
     for (const int32_t k : {100, 683, 4096, 15000}) {
         const Complex response = -1.0 / tests::PolynomialAt(std::vector{1.0, -0.9}, k, n);
         const double degrees = std::arg(response) * 180.0 / std::numbers::pi;
-        EXPECT_NEAR(lowPass.phaseDegrees[k], degrees, 0.05) << k;
+        EXPECT_NEAR(lowPass.phaseDegrees()[k], degrees, 0.05) << k;
     }
 }
 
@@ -119,8 +119,8 @@ TEST_F(Analyzer, RangeHoldsZeroAndSilenceGivesFigures) {
     EXPECT_EQ(analyzed(48000, std::vector<double>(n, -0.5)).timeMax, 0.0);
     const ResponseAnalyzer silent = analyzed(48000, withSamples({}));
     EXPECT_EQ(silent.delaySamples, n - 32);
-    EXPECT_EQ(silent.polarity, -1);
-    EXPECT_THAT(silent.phaseDegrees.first(silent.bins), Each(0.0));
+    EXPECT_EQ(silent.polarity(), -1);
+    EXPECT_THAT(silent.phaseDegrees(), Each(0.0));
 }
 
 TEST_F(Analyzer, NonsenseRatesLeaveTheFiguresWithoutARate) {
@@ -129,7 +129,7 @@ TEST_F(Analyzer, NonsenseRatesLeaveTheFiguresWithoutARate) {
           std::numeric_limits<double>::quiet_NaN()}) {
         const ResponseAnalyzer analyzer = analyzed(rate, withSamples({{200, 1.0}}));
         EXPECT_EQ(analyzer.delaySamples, 168) << rate;
-        EXPECT_EQ(analyzer.cutoffHz, 47) << rate;
+        EXPECT_EQ(analyzer.cutoffHz(), 47) << rate;
     }
 }
 
@@ -140,9 +140,9 @@ TEST_F(Analyzer, MagnitudesLeaveTheFiguresAsResetDid) {
     magnitudes[8192] = 3.0;  // the last bin of the lower half, which is looked at
     magnitudes[8193] = 4.0;
     analyzer.loadMagnitudes(44100, n, magnitudes);
-    EXPECT_EQ(analyzer.polarity, 0);
+    EXPECT_EQ(analyzer.polarity(), 0);
     EXPECT_EQ(analyzer.delaySamples, 0);
-    EXPECT_EQ(analyzer.cutoffHz, 80);
+    EXPECT_EQ(analyzer.cutoffHz(), 80);
     EXPECT_EQ(analyzer.timeMax, 3.0);
 }
 
@@ -156,12 +156,12 @@ TEST_F(Analyzer, PredictionsAreTheResponseTimesTheFilterWithoutItsLevelDrop) {
     for (const int32_t k : {0, 7, 1000, 16384}) {
         const auto at = [k](const std::vector<double>& p) { return tests::PolynomialAt(p, k, n); };
         const Complex x = at({0, 0, 0, 0, 0, 2.0 * std::pow(10.0, 6.0 / 20.0)});
-        EXPECT_LT(std::abs(analyzer.firPrediction.spectrum[k] - x * at(taps)), 1e-11) << k;
-        EXPECT_LT(std::abs(analyzer.iirPrediction.spectrum[k] - x * at(b) / at(a)), 1e-11) << k;
+        EXPECT_LT(std::abs(analyzer.firPrediction()[k] - x * at(taps)), 1e-11) << k;
+        EXPECT_LT(std::abs(analyzer.iirPrediction()[k] - x * at(b) / at(a)), 1e-11) << k;
     }
 
     analyzer.predictIir(b, std::vector{1.0, -1.0}, 0.0);  // a pole on bin 0
-    EXPECT_TRUE(std::isnan(analyzer.iirPrediction.spectrum[0].real()));
+    EXPECT_TRUE(std::isnan(analyzer.iirPrediction()[0].real()));
 }
 
 }  // namespace

@@ -104,10 +104,11 @@ void expectLoopComesBack(CTestSignal& signal, double lowest, double highest) {
 }
 
 TEST_F(TestSignal, DeconvolutionGivesTheLoopWithinTheBand) {
-    for (const int32_t rate : {44100, 48000, 96000}) {
-        expectLoopComesBack(*generated<CPinkNoise>(rate), 20.0, rate / 2.0);
+    for (const int32_t rate : {11025, 44100, 44101, 96000}) {  // the noise has no half a hertz
+        expectLoopComesBack(*generated<CPinkNoise>(rate), 20.0, rate / 2);
         expectLoopComesBack(*generated<CChirpSignal>(rate), 0.0, rate / 2.0);
     }
+    expectLoopComesBack(*generated<CPinkNoise>(38), 20.0, 19.0);  // no band at all
     expectLoopComesBack(*generated<CPinkNoise>(48000, 12), 40.0, 24000.0);
     // The product of rate and bin wraps in 32 bits.
     expectLoopComesBack(*generated<CPinkNoise>(192000), 20.0, 65535.9);

@@ -55,13 +55,13 @@ TEST_P(GoldenRun, HasTheReferencesFilterAndFigures) {
                     {report.loudnessDb, dB("measuredLoudness"), 1e-7},
                     {report.levelDb, dB("level"), 1e-7},
                     {report.loudnessRatioDb, 2.0 * dB("loudnessRatio"), 1e-7},
-                    {report.fitRmsDb, figures["cascadeRmsDb"], 0.01},
-                    {report.fitLargestDb, figures["cascadeMaxDb"], 0.03},
+                    {report.fromFir.rmsDb, figures["cascadeRmsDb"], 0.01},
+                    {report.fromFir.largestDb, figures["cascadeMaxDb"], 0.03},
                     {report.largestPoleRadius, figures["maxPole"], 0.002}};
     for (const auto& c : compared) {
         EXPECT_NEAR(c.actual, c.expected, c.tolerance) << "row " << &c - compared;
     }
-    EXPECT_THAT(report.warnings, IsEmpty());
+    EXPECT_EQ(report.warnings.size(), report.chain.insideDb > 6.0 ? 1U : 0U);
     ASSERT_EQ(report.curves.fir.size(), figures["gridHz"].size());
     for (size_t i = 0; i < report.curves.fir.size(); ++i) {
         ASSERT_NEAR(report.curves.frequency[i], figures["gridHz"][i], 1e-5);

@@ -80,7 +80,6 @@ TEST_F(Display, DrawsWhatThereIsInItsOrderAndColours) {
     EXPECT_THAT(drawn(allCurves), SizeIs(2 + 9));
 
     start("");
-    run->responseAnalyzer.polarity = 0;
     run->responseAnalyzer.valid = true;  // loaded, but not yet designed
     run->responseAnalyzer.response.spectrum.resize(responseBins);
     EXPECT_EQ(ResultsRow(*run)[1], "??");

@@ -28,9 +28,9 @@ class Player : public tests::DialogDesk {
     }
     std::string wave(const std::string& name, double seconds) {
         CWaveFile file;  // of silence
-        const auto frames = static_cast<int32_t>(std::lround(seconds * waveRate));
+        const auto frames = static_cast<size_t>(std::lround(seconds * waveRate));
         EXPECT_TRUE(file.Create(folder / name, waveRate, 16, 1));
-        file.Write(std::vector<double>(static_cast<size_t>(frames)).data(), frames);
+        file.Write(std::vector<double>(frames));
         return folder / name;
     }
     void drop(const std::string& file) { host.tell({.message = message::dropFiles, .text = file}); }

@@ -83,7 +83,9 @@ int runDialog(const std::string& commandTail, int showCommand) {
                                                    store, promptOnExit, linkPort());
     host.create(MainDialogTemplate, *dialog);
     host.showWindow(showCommand);
-    return host.run();
+    const int exitCode = host.run();
+    FreeFftTables();
+    return exitCode;
 }
 
 }  // namespace
