@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,10 @@ namespace tonvane {
 // The words that the program was started with, without its own name; what main was given. On
 // Windows they are taken from the command line in UTF-16 instead.
 std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
+
+// The rest of the command line behind the program's name and its blanks, as it was typed; nothing
+// where the system does not keep it but hands over words alone (all but Windows).
+std::optional<std::string> CommandLineAsTyped();
 
 // Whether standard output goes to a terminal, where a person watches it.
 bool IsTerminal();

@@ -8,6 +8,10 @@ std::vector<std::string> ProgramArguments(int argc, const char* const* argv) {
     return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
 }
 
+std::optional<std::string> CommandLineAsTyped() {
+    return std::nullopt;
+}
+
 bool IsTerminal() {
     return isatty(STDOUT_FILENO) == 1;
 }
