@@ -40,7 +40,7 @@ void checkShortFile(std::string_view input) {
     static std::vector<double> samples;
     samples = before;
     int32_t rate = -1;
-    Require(ReadResponseFile(path, rate, samples), "a file that is there is read");
+    Require(ReadResponseFile(path, rate, samples).has_value(), "a file that is there is read");
     const size_t held = input.size() < 4 ? 0 : (input.size() - 4) / sizeof(double);
     Require(held == 0 || std::memcmp(samples.data(), &input[4], held * sizeof(double)) == 0,
             "the file's samples are taken as they are");
@@ -79,7 +79,7 @@ void checkUsableFigures(ResponseAnalyzer& analyzer, const SpeakerResponse& respo
 void checkWholeFile(ResponseAnalyzer& analyzer, std::string_view input, bool repeat) {
     const std::string path = ScratchFile(wholeFile(input, repeat));
     static SpeakerResponse plain{0, std::vector<double>(responseFileSamples)};
-    Require(ReadResponseFile(path, plain.rate, plain.samples), "a whole file is read");
+    Require(ReadResponseFile(path, plain.rate, plain.samples).has_value(), "a whole file is read");
     checkFigures(analyzer, plain, 1024);
 
     SpeakerResponse checked{};
@@ -91,7 +91,7 @@ void checkWholeFile(ResponseAnalyzer& analyzer, std::string_view input, bool rep
             "both readers read the same");
     Require(WriteResponseFile(path, checked.rate, checked.samples), "the file is written");
     int32_t rate = 0;
-    Require(ReadResponseFile(path, rate, plain.samples), "the written file is read");
+    Require(ReadResponseFile(path, rate, plain.samples).has_value(), "the written file is read");
     Require(rate == checked.rate && sameBits(checked.samples, plain.samples),
             "a written response comes back bit for bit");
     const bool isCheap = checked.rate >= 32000;  // the cutoff search grows as 1/rate squared

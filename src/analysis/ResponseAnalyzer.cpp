@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "analysis/CutoffSearch.h"
 #include "analysis/PhaseCurve.h"
@@ -154,9 +155,15 @@ void ResponseAnalyzer::predictFir(std::span<const double> taps, double gainDb) {
 void ResponseAnalyzer::predictIir(std::span<const double> numerator,
                                   std::span<const double> denominator, double gainDb) {
     iir_.isPending = true;
+    iir_.filter = nullptr;
     iir_.numerator.assign(numerator.begin(), numerator.end());
     iir_.denominator.assign(denominator.begin(), denominator.end());
     iir_.gainDb = gainDb;
+}
+
+void ResponseAnalyzer::predictFilter(std::function<ComplexVector(int32_t)> filter) {
+    iir_.isPending = true;
+    iir_.filter = std::move(filter);
 }
 
 const ComplexVector& ResponseAnalyzer::firPrediction() const {
@@ -172,9 +179,14 @@ const ComplexVector& ResponseAnalyzer::predicted(Prediction& prediction) const {
         return prediction.bins.spectrum;
     }
     prediction.isPending = false;
-    const double g = levelFactor(prediction.gainDb);
     ComplexVector& filter = prediction.bins.spectrum;
     prediction.bins.resize(length);
+    if (prediction.filter) {
+        std::ranges::transform(response.spectrum, prediction.filter(bins), filter.begin(),
+                               elementary::Product);
+        return filter;
+    }
+    const double g = levelFactor(prediction.gainDb);
     prediction.bins.setSamplesPadded(prediction.numerator);
     prediction.bins.forward();
     if (prediction.denominator.empty()) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -45,6 +46,10 @@ class ResponseAnalyzer {
     void predictIir(std::span<const double> numerator, std::span<const double> denominator,
                     double gainDb);
 
+    // The same through the filter whose response at 0 .. half the rate `filter` gives for a number
+    // of bins, without a level drop; it is called when the prediction is first asked for.
+    void predictFilter(std::function<ComplexVector(int32_t)> filter);
+
     // The bins of the response through these filters. A denominator that vanishes on a bin gives
     // NaN there.
     const ComplexVector& firPrediction() const;
@@ -78,7 +83,8 @@ class ResponseAnalyzer {
     struct Prediction {
         bool isPending = false;
         std::vector<double> numerator;
-        std::vector<double> denominator;  // none for a FIR
+        std::vector<double> denominator;               // none for a FIR
+        std::function<ComplexVector(int32_t)> filter;  // in place of both
         double gainDb = 0.0;
         SpectrumBuffer bins;
     };

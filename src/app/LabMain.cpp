@@ -7,6 +7,7 @@
 
 #include "app/WindowProgram.h"
 #include "commandline/CommandParser.h"
+#include "platform/System.h"
 #include "ui/qt/LabWindow.h"
 
 namespace {
@@ -18,6 +19,7 @@ int runLab(int argc, char** argv) {
                                    "tonvane-lab " TONVANE_VERSION);
     tonvane::WindowOptions options;
     options.simulatedDevice = true;
+    options.fitMethod = tonvane::FitMethod::refined;
     program
         .option("--port", options.linkPort, "Port of the amplifier's link server on this computer")
         .range(1, 65535);
@@ -40,6 +42,7 @@ int runLab(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    tonvane::KeepStandardStreams();
     try {
         return runLab(argc, argv);
     } catch (const std::exception& error) {

@@ -12,7 +12,8 @@
 namespace tonvane {
 
 // Throws InputError for a rate outside 8000 to 192000 Hz, samples that are no usable numbers, or
-// silence. `path` is for the messages.
+// silence: a float32 holds every sample, and the loudest with all of its digits. `path` is for the
+// messages.
 void CheckSpeakerResponse(const std::string& path, const SpeakerResponse& response);
 
 // Brings samples to responseFileSamples. Shorter ones get zeros at the end, which is noted. Of

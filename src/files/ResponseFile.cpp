@@ -35,13 +35,14 @@ std::string FindLowerCasePath(const std::string& path) {
     return exists(status) && !is_directory(status) ? lower : path;
 }
 
-bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> samples) {
+std::optional<size_t> ReadResponseFile(const std::string& path, int32_t& rate,
+                                       std::span<double> samples) {
     const auto bytes = ReadBinaryFile(path, responseFileBytes);
     if (!bytes) {
-        return false;
+        return std::nullopt;
     }
     decode(*bytes, rate, samples);
-    return true;
+    return bytes->size();
 }
 
 std::string FormatResponseFile(int32_t rate, std::span<const double> samples) {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,9 +20,11 @@ constexpr int32_t responseFileSamples = responseLength;
 constexpr size_t responseFileBytes =
     sizeof(int32_t) + static_cast<size_t>(responseFileSamples) * sizeof(double);
 
-// False if the file cannot be opened or read, with nothing changed. A short file gives what it
-// holds: the rate and the samples behind its end stay as they were. `samples` has 32768 elements.
-bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> samples);
+// The number of bytes read, at most responseFileBytes; nothing if the file cannot be opened or
+// read, with nothing changed. A short file gives what it holds: the rate and the samples behind its
+// end stay as they were. `samples` has 32768 elements.
+std::optional<size_t> ReadResponseFile(const std::string& path, int32_t& rate,
+                                       std::span<double> samples);
 
 // The path in lower case if such a file (not a folder) exists, otherwise the path as it is:
 // programs of systems without case in their file names hand over lower-case paths.

@@ -103,7 +103,10 @@ TargetSettings ReadCheckedTargetFile(const std::string& path) {
             throw InputError(path, number, knotForm);
         }
         expectEnd(line, number, knotForm);
-        if (knot.frequency <= before || knot.frequency > 1000000) {
+        if (knot.frequency < 1 || knot.frequency > 1000000) {
+            throw InputError(path, number, "expected a frequency of 1 to 1000000 Hz");
+        }
+        if (knot.frequency <= before) {
             throw InputError(path, number, "expected a frequency above that of the line before");
         }
         if (std::abs(static_cast<int64_t>(knot.level)) > 60) {

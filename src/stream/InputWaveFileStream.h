@@ -47,8 +47,9 @@ class CInputWaveFileStream : public CDspStream {
     void Process(const double* /*in*/, double* /*out*/) override {}
 
     int32_t blockFrames = 256;
-    bool once = false;  // set while nothing plays
-    std::string path;   // empty for none
+    bool once = false;         // set while nothing plays
+    bool takesFloats = false;  // as in CWaveFile; set ahead of Load
+    std::string path;          // empty for none
     WAVEFORMATEX format;
     std::atomic<int32_t> totalFrames{0};
     std::atomic<int32_t> currentFrame{0};

@@ -69,7 +69,7 @@ void drawCurve(const TuningRun& run, const ProgramValues& values, size_t curve,
         case filter:
             return bins(designer.firSpectrum);
         case filter2:
-            return bins(run.iirFitter.curve(0));
+            return bins(run.fittedCurve());
         case target:
             return powers(designer.targetPower);
         default:

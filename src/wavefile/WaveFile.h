@@ -20,15 +20,23 @@ class CWaveFile {
     bool Create(const std::string& path, int32_t rate, int32_t bits, int32_t channels);
 
     // Reads the head, whatever chunks stand between its parts; the position is then the first
-    // sample. `bits` comes out rounded up to whole bytes. The format tag is not looked at: samples
-    // that are no integers are read as integers of their size. False, with nothing open, for
-    // everything without a usable head: no format or no data chunk, no channel, more than 32 bits
-    // or none.
+    // sample. `bits` comes out rounded up to whole bytes. The format tag is not looked at unless
+    // takesFloats is set: samples that are no integers are read as integers of their size. False,
+    // with nothing open, for everything without a usable head: no format or no data chunk, no
+    // channel, more than 32 bits or none.
     bool Open(const std::string& path, int32_t& rate, int32_t& bits, int32_t& channels);
 
     void Close() { riff.Close(); }
 
     [[nodiscard]] bool isOpen() const { return riff.isOpen(); }
+
+    // Of the file that was opened last: the format tag, that of the extension where there is one.
+    [[nodiscard]] uint32_t sampleTag() const { return sampleTag_; }
+    static constexpr uint32_t integers = 1;
+    static constexpr uint32_t floats = 3;
+
+    // Open takes float32 samples for what they are.
+    bool takesFloats = false;
 
     // Reading: whole frames from the position to the end of the data; 0 without an open file and
     // in a broken one.
@@ -56,6 +64,7 @@ class CWaveFile {
     CRiffFile riff;
     WAVEFORMATEX head;
     SampleBytes coding;
+    uint32_t sampleTag_ = 0;
     bool broken = false;
     std::vector<uint8_t> bytes;  // of the block that is moved
 };

@@ -15,12 +15,13 @@ DesignReport smallReport() {
     report.isFinite = true;
     report.largestPoleRadius = 0.5;
     report.gainClampDb = -6.0;
-    report.highestGain = {5.25, 188.0, 40961};
+    report.chain.highestGain = {5.25, 188.0, 40961};
     report.sections = {{}};
     report.words = {0x800000, 0, 0, 0, 0x3FFFFFF};
     report.poleRadii = {0.5};
     const double gap = std::numeric_limits<double>::quiet_NaN();
-    report.curves = {{50, 100, 15000}, {0, 1, 2}, {-1, gap, 1}, {0, 0, 0}, {0.25, 0.25, 0.25}};
+    report.curves = {{50, 100, 15000}, {0, 1, 2}, {-1, gap, 1},
+                     {0, 0, 0},        {0, 0, 0}, {0.25, 0.25, 0.25}};
     return report;
 }
 

@@ -74,7 +74,8 @@ TEST(ResponseFile, CheckedReaderSaysWhatIsWrong) {
             {responseBytes(-48000, good), ": the file's sample rate is -48000 Hz"},
             {responseBytes(48000, with(0, std::nan(""))), ": sample 0 "},
             {responseBytes(48000, with(32767, -HUGE_VAL)), ": sample 32767 "},
-            {responseBytes(48000, with(32, 0.0)), ": the response is silence"},
+            {responseBytes(48000, with(5, -3.5e38)), ": sample 5 "},
+            {responseBytes(48000, with(32, 1e-38)), ": the response is silence"},
         },
         ReadCheckedResponseFile);
     const tests::TemporaryFolder folder;

@@ -82,7 +82,9 @@ TEST_F(Player, TheButtonPlaysPausesAndGoesOn) {
     EXPECT_TRUE(dialog->engine.paused);
     host.press(play);
     EXPECT_EQ(control(play).text, "||");
-    EXPECT_EQ(host.timerMs, 0);  // it runs already
+    EXPECT_EQ(host.timerMs, 0);                             // it runs already
+    host.tell({.message = message::captureDone, .id = 1});  // stops nothing
+    EXPECT_EQ(control(play).text, "||");
 
     control(position).held = true;
     host.tell({.message = message::timer, .id = 1});
@@ -187,8 +189,12 @@ TEST_F(Player, AMeasurementThroughADeviceBecomesTheResponseAndItsFile) {
     EXPECT_EQ(tests::Contents(folder / "measured.qsr").size(), 262148U);
     EXPECT_THAT(host.take(), Contains("focus 0"));
 
-    // A playback that ends changes nothing of it.
+    // What is not of the engine designs anew, and a playback that ends changes nothing.
     const auto designed = words();
+    std::remove((folder / "measured.qsr").c_str());
+    host.tell({.message = message::captureDone, .id = 1, .lParam = 1});
+    EXPECT_EQ(words(), designed);
+    EXPECT_FALSE(folder.names().contains("measured.qsr"));
     drop(wave("short.wav", 0.5));
     host.press(play);
     host.await(message::captureDone);

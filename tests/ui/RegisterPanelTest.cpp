@@ -46,6 +46,7 @@ TEST_F(Panel, LinkControlsFollowTheConnection) {
     EXPECT_THAT(press(connect), ElementsAre("open", "connect 20000"));
     EXPECT_THAT(onLink(), ElementsAre(connect));
     EXPECT_EQ(control(status2).text, "Failed to connect");
+    EXPECT_EQ(host.posts, 2);
 
     link.connects = true;
     link.replies = {0x6C};
@@ -204,9 +205,12 @@ TEST_F(Panel, NumberBoxesTakeTheirRangesAndSendWhatIsInUse) {
         expectRefused(box, std::to_string(low - 1));
         expectRefused(box, std::to_string(high + 1));
     }
-    for (const char* typed : {"", "12a", "1e3", "99999999999", "4 0"}) {
+    for (const char* typed :
+         {"", "12a", "1e3", "99999999999", "4 0", "+", "+-40", "+ 40", "--40"}) {
         expectRefused(crossover, typed);
     }
+    EXPECT_EQ(enter(crossover, "  +4000 ").size(), 12U);
+    EXPECT_EQ(run().amplifier.crossoverHz, 4000);
     EXPECT_THAT(run().amplifier.drc, testing::Each(DrcSettings{12, 5000, 5000, 5000}));
     host.type(crossover, "1");
     EXPECT_EQ(control(crossover).text, "1");  // until the box is left

@@ -19,7 +19,7 @@ TEST_F(TargetDlg, ADraggedKnotRedrawsWhileItMovesAndDesignsWhenItIsLetGo) {
     host.take();
     CCurveGraphWindow& plot = dialog->plot;
     plot.OnLeftButtonDown(onPlot(1300, 0));
-    plot.OnMouseMove(onPlot(1700, -6));
+    plot.OnMouseMove(onPlot(1700, -6), true);
     host.deliver();
     EXPECT_EQ(words(), before);
     EXPECT_NEAR(knot.frequency, 1700, 10);  // a pixel is 1 %
@@ -30,6 +30,7 @@ TEST_F(TargetDlg, ADraggedKnotRedrawsWhileItMovesAndDesignsWhenItIsLetGo) {
     const auto after = words();
     EXPECT_NE(after, before);
     EXPECT_EQ(control(status1).text, "");
+    EXPECT_EQ(host.posts, 2);
     EXPECT_THAT(host.take(), ElementsAre("mouse captured", "mouse free"));
 
     const std::pair<int, bool> steps[] = {{undo, false}, {undo, false}, {redo, true}, {redo, true}};
@@ -176,6 +177,7 @@ TEST_F(TargetDlg, OpensAResponseThatAPersonChooses) {
     EXPECT_THAT(control(results).cells,
                 ElementsAre("LTop", "Pos", "148 smpl", "-4.8 dB", "175 Hz"));
     EXPECT_EQ(control(status1).text, "");
+    EXPECT_EQ(host.posts, 0);
 
     host.take();
     host.chosenFiles = {folder / "missing.csv"};
@@ -195,9 +197,11 @@ TEST_F(TargetDlg, AMeasurementThatCannotStartWaitsForStop) {
     host.press(measure);
     EXPECT_EQ(control(status1).text, "Preparing ...");
     EXPECT_EQ(usedForEdits(), 0U);
+    EXPECT_EQ(host.posts, 0);
     host.press(controls::stop);
     EXPECT_EQ(control(status1).text, "");
     EXPECT_EQ(usedForEdits(), 6U);
+    EXPECT_EQ(host.posts, 2);
     EXPECT_FALSE(run().responseReady);
 }
 

@@ -123,7 +123,7 @@ std::string convertImpulse(const ConvertOptions& options, const SpeakerResponse&
 // Throws InputError for input that cannot be used, for forms that the input cannot take and for an
 // output that cannot be written; it is then as it was.
 void convert(const ConvertOptions& options) {
-    ExpectDistinctFiles({options.output}, {options.input.path});
+    PrepareOutputs({options.output}, {options.input.path});
     InputNotes notes(options.input.strict);
     InputFile source = ReadInputFile(options.input.path, notes);
     std::string contents;

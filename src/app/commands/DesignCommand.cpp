@@ -4,11 +4,13 @@
 #include <memory>
 #include <vector>
 
+#include "amplifier/RegisterGroups.h"
 #include "app/DesignPicture.h"
 #include "app/Exports.h"
 #include "app/FinishedDesign.h"
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
+#include "app/LinkSession.h"
 #include "app/OutputFiles.h"
 #include "app/commands/Commands.h"
 #include "files/FilterFile.h"
@@ -81,7 +83,7 @@ std::vector<NewContents> contentsOf(const DesignOptions& options, const std::str
         files.push_back({options.plot.output, PictureBytes(options.plot, design)});
     }
     const IirFitter& fitter = design.run->iirFitter;
-    const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
+    const ExportSource source{design.report.words, design.report.sampleRate,
                               fitter.taps.first(fitter.tapCount)};
     for (const Export& wanted : options.exports) {
         files.push_back({wanted.path, FormatExport(wanted, source)});
@@ -93,9 +95,10 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
     if (!report.isUsable()) {
         throw InputError("--program", "the filter is not sent: " + report.warnings.front());
     }
+    const auto writes = EqualizerGroup(true, report.words);
     ConnectLink(run.ampLink);
-    run.amplifier.biqEnabled = true;
-    run.ProgramAmplifier();
+    WriteUninterrupted(run.ampLink, writes);
+    CompareReadBack(run.ampLink, writes);
     std::printf("Programmed the amplifier\n");
 }
 
@@ -105,16 +108,15 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 // LinkError, or the InputError of a filter that must not be sent, leaves the files written.
 void design(const DesignOptions& options) {
     const std::vector<std::string> outputs = outputsOf(options);
-    ExpectDistinctFiles(outputs,
-                        {options.request.response.path, options.request.target.value_or(""),
-                         options.addresses.value_or("")});
+    PrepareOutputs(outputs, {options.request.response.path, options.request.target.value_or(""),
+                             FileOfDevice(options.request.device), options.addresses.value_or("")});
     if (!options.plot.output.empty()) {
         CheckPictureOptions(options.plot);
     }
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto finished = DesignResponse(options.request);
     const std::string filters =
-        WithSystemLineEnds(FormatFilterFile(finished->run->iirFitter.coefficientWords, addresses));
+        WithSystemLineEnds(FormatFilterFile(finished->report.words, addresses));
     WriteOutputs(contentsOf(options, filters, *finished));
 
     PrintNotes(finished->notes);
@@ -138,17 +140,21 @@ void AddDesignCommand(Command& program) {
     AddDesignOptions(command, source, request);
     source.flag("--measure", request.measure, "Measure the response through the audio device");
     AddDeviceOptions(command, request.device, "--device-timeout");
-    command.option("-o,--output", options->output, "Filter file to write").required();
+    command.option("-o,--output", options->output, "Filter file to write").required().fileName();
     command
         .option("--format", options->format,
                 "Lines of the filter file: 20 (a section a line) or 4 (a word a line)")
         .oneOf(std::vector<int32_t>{20, 4});
-    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg");
-    command.option("--report", options->report,
-                   "File with the figures of the design: .html for a page, else JSON");
+    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg")
+        .fileName();
+    command
+        .option("--report", options->report,
+                "File with the figures of the design: .html for a page, else JSON")
+        .fileName();
     AddExportOption(command, options->exports);
     const CommandOption plot =
-        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf");
+        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf")
+            .fileName();
     for (CommandOption& look : AddPictureLooks(command, options->plot)) {
         look.needs(plot);
     }
