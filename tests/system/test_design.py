@@ -27,6 +27,10 @@ def test_filter_and_report_are_the_references(folder):
     assert addresses == [0x29, 0x2A, 0x2B, 0x2C, 0x2D, 0x2E, 0x30]
     assert (folder / "f.txt").read_text().count("\n") == 7
     case.expect(words)
+    good("design", GOLDEN / case.response, "--target", GOLDEN / case.target, "-o", "l.txt",
+         "--fit", "iterated", "--solver", "lapack")
+    case.expect(read_filters("l.txt")[1])
+    assert read_filters("l.txt")[1] != words
 
     expected = {key: figures[key] for key in (
         "delaySamples", "polarity", "cutoffHz", "gainClampDb", "wrappedCoefficients")} | {

@@ -57,6 +57,7 @@ COMPLAINTS = [  # one line, exit code 1
     ("play silent.wav --device simulated", "silent.wav: the file holds no sound"),
     ("play law.wav --device simulated", "law.wav: expected 8 to 32 bit integers or float32 samples"),
     ("play fast.wav --device simulated", "fast.wav: the file's sample rate is 2100000000 Hz"),
+    ("design t.csv -o n --solver lapack", "--solver: is for the iterated fit"),
     ("play /dev/null --device simulated", "/dev/null: is no plain file"),
     ("link read 78", "78: there is no such register; the last one is 77"),
     ("link read 55", "55: the register has no contents"),
