@@ -99,7 +99,7 @@ void Playback(benchmark::State& state) {
     CWaveFile file;
     file.Create(path, rate, 16, 2);
     const std::vector<double> samples(2 * size_t{frames}, 0.25);
-    file.Write(samples.data(), frames);
+    file.Write(samples);
     file.Close();
     Run run;
     run.engine.OpenFile(path.c_str());

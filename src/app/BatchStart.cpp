@@ -15,7 +15,7 @@ namespace {
 
 // A calling tool sees only the words: what is wrong with them must not pass in silence.
 void warnOfUnusableWords(const TuningRun& run, const ProgramValues& values) {
-    if (!run.responseAnalyzer.valid) {
+    if (!run.responseAnalyzer.valid || HasPlainlyUsableWords(run.iirFitter)) {
         return;
     }
     const DesignReport report = MakeDesignReport(run, values);
@@ -34,13 +34,17 @@ int RunBatchStart(std::span<const std::string> arguments) {
     values.AppDirectory = WorkingDirectory();
     InitFftTables(responseLength);
     const auto run = std::make_unique<TuningRun>(values, messages);
-    run->promptOnExit =
-        InterpretCommandLine(TokenizeCommandLine(CommandTail(arguments)), values, messages);
+    InterpretCommandLine(TokenizeCommandLine(CommandTail(arguments)), values, messages);
+    if (values.ResponseFilePath.empty()) {
+        messages.warning(
+            "no response is given, so nothing is written: expected -cmd RATE RESPONSE "
+            "qsr|csv FILTERS TARGET -noprompt");
+    }
     run->InitTuningState();
 
-    run->promptOnExit = false;  // nobody is there to ask
-    run->SaveFiltersOnExit();
+    run->SaveFiltersOnExit();  // nobody is there to ask
     warnOfUnusableWords(*run, values);
+    FreeFftTables();
     return 0;
 }
 

@@ -22,7 +22,8 @@ void loadTarget(const std::string& path, ProgramValues& values, Messages& messag
     values.DefaultTargetCurve = settings.curve;
     values.TargetCurveKind = settings.kind;
     values.InitialGainClamp = settings.gainClampDb;
-    if (status == TargetFileStatus::damaged) {
+    values.TargetFileIsDamaged = status == TargetFileStatus::damaged;
+    if (values.TargetFileIsDamaged) {
         messages.error("Failed to load desired response data. File is missing.");
     }
     values.TargetFilePath = path;

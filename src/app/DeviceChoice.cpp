@@ -13,31 +13,8 @@ const std::string speakerPrefix = "simulated:";
 
 ChosenDevice simulatedSpeaker(const std::string& path) {
     const SpeakerResponse response = ReadCheckedResponseFile(path);
-    return {speakerPrefix + path,
-            SimulatedDevice(SimulatedSpeaker(response.samples)).make(),
-            response.rate,
-            {}};
-}
-
-bool canOpen(CWaveDevice& device) {
-    const WAVEFORMATEX format = MakeWaveFormat(48000, 2, device.BitsPerSample());
-    const bool opened = device.Open(nullptr, &format, 32768, nullptr);
-    device.Close();
-    return opened;
-}
-
-// The first device of the menu; the simulated one on a computer that has no sound at all.
-ChosenDevice usualDevice() {
-    const DeviceEntry first = FindDevice(ListDevices(), std::to_string(defaultDeviceId));
-    if (first.make) {
-        ChosenDevice chosen{first.name, first.make(), std::nullopt, {}};
-        // A card that is merely in use must not be replaced behind the person's back.
-        if (HasSoundCard() || canOpen(*chosen.device)) {
-            return chosen;
-        }
-    }
-    return {"simulated", SimulatedDevice({}).make(), std::nullopt,
-            "This computer has no sound: the device is a simulated loopback."};
+    return {speakerPrefix + path, SimulatedDevice(SimulatedSpeaker(response.samples)).make(),
+            response.rate};
 }
 
 }  // namespace
@@ -52,20 +29,23 @@ void AddDeviceOptions(Command& command, DeviceOptions& options, const std::strin
         .showDefault();
 }
 
-ChosenDevice ChooseDevice(const DeviceOptions& options) {
+std::string FileOfDevice(const DeviceOptions& options) {
     const std::string& wanted = options.device;
-    if (wanted.empty()) {
-        return usualDevice();
-    }
-    if (wanted.starts_with(speakerPrefix)) {
-        return simulatedSpeaker(wanted.substr(speakerPrefix.size()));
+    return wanted.starts_with(speakerPrefix) ? wanted.substr(speakerPrefix.size()) : std::string();
+}
+
+ChosenDevice ChooseDevice(const DeviceOptions& options) {
+    const std::string usual = std::to_string(defaultDeviceId);
+    const std::string& wanted = options.device.empty() ? usual : options.device;
+    if (const std::string file = FileOfDevice(options); !file.empty()) {
+        return simulatedSpeaker(file);
     }
     const DeviceEntry entry = FindDevice(ListDevices(), wanted);
     if (!entry.make) {
         throw InputError(wanted,
                          "there is no such audio device; \"tonvane-cli devices\" lists them");
     }
-    return {entry.name, entry.make(), std::nullopt, {}};
+    return {entry.name, entry.make(), std::nullopt};
 }
 
 }  // namespace tonvane

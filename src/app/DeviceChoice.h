@@ -13,7 +13,8 @@
 namespace tonvane {
 
 struct DeviceOptions {
-    std::string device;  // an entry of the device menu, or simulated:FILE.qsr; empty: the first
+    // An entry of the device menu, or simulated:FILE.qsr; empty: the menu's default device.
+    std::string device;
     int32_t timeLimitS = 10;  // how long it may deliver nothing
     [[nodiscard]] std::chrono::milliseconds limit() const {
         return std::chrono::seconds(timeLimitS);
@@ -24,11 +25,13 @@ struct DeviceOptions {
 void AddDeviceOptions(Command& command, DeviceOptions& options,
                       const std::string& timeoutName = "--timeout");
 
+// The response that the named device is made of; empty for other devices.
+std::string FileOfDevice(const DeviceOptions& options);
+
 struct ChosenDevice {
     std::string name;
     std::unique_ptr<CWaveDevice> device;
     std::optional<int32_t> rate;  // Hz, the only one that the device serves
-    std::string warning;          // for the person; empty for none
 };
 
 // Throws InputError for a name that is not on the menu, and for a simulated device whose response

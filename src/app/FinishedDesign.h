@@ -29,6 +29,7 @@ struct DesignRequest {
     std::optional<std::string> target;  // target file; flat without one
     std::optional<int32_t> gainClamp;   // dB, 0 to -12; ahead of the target file's; else usual
     std::string fit = FitName(FitMethod::refined);
+    FitSolver solver = FitSolver::lattice;
     LinkOptions link;  // how the run reaches an amplifier
 };
 

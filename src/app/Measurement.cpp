@@ -9,7 +9,9 @@
 #include "app/RunWatch.h"
 #include "files/InputError.h"
 #include "files/RateRange.h"
+#include "signal/PeriodShift.h"
 #include "stream/EqStream.h"
+#include "transform/ResponseShape.h"
 #include "tuning/MeasurementRun.h"
 
 namespace tonvane {
@@ -19,6 +21,10 @@ namespace {
 // Peaks of a capture in dB of full scale.
 constexpr double silentDb = -80.0;
 constexpr double weakDb = -50.0;
+
+// Of the response against the latency that a device promises.
+constexpr int32_t mostEarlyFrames = 64;
+constexpr double mostUsualDelayMs = 20.0;  // sound goes seven metres
 
 // Frames that the capture takes: half a period, one block dropped, the periods and their pause, and
 // the block that ends it.
@@ -47,10 +53,23 @@ void expectGoodRun(const CStreamEngine& engine, RunEnd end, bool complete,
     if (!complete) {
         throw InputError(name, "the measurement has ended before it was complete");
     }
+    const auto refuse = [&](const std::string& fault) {
+        throw InputError(name, fault +
+                                   ", so the measurement is not good; try again with nothing "
+                                   "else running");
+    };
     if (const int32_t xruns = engine.device->xruns(); xruns > 0) {
-        throw InputError(name, "the device counted " + std::to_string(xruns) +
-                                   " gaps (xruns), so the measurement is not good; try again "
-                                   "with nothing else running");
+        refuse(fmt::format("the device counted {} gaps (xruns)", xruns));
+    }
+    if (const int32_t latency = engine.device->Latency(); latency != engine.latency) {
+        refuse(fmt::format("the device promised a latency of {} frames and then one of {}",
+                           engine.latency, latency));
+    }
+    if (const int32_t shift = FindPeriodShift(engine.receiver.captured, testBlockFrames)) {
+        refuse(
+            fmt::format("the capture has slipped by {} frames, a gap that the device did not "
+                        "count",
+                        shift));
     }
 }
 
@@ -72,20 +91,48 @@ void judgeLevel(const CStreamEngine& engine, MeasurementReport& report) {
     }
 }
 
+[[noreturn]] void refuseResponse(TuningRun& run, const std::string& name,
+                                 const std::string& fault) {
+    run.responseAnalyzer.reset();
+    run.responseReady = false;
+    throw InputError(name, fault);
+}
+
 void expectUsableResponse(TuningRun& run, const std::string& name) {
     const auto samples = run.responseAnalyzer.response.time();
     if (!std::ranges::all_of(samples, [](double x) { return std::isfinite(x); })) {
-        run.responseAnalyzer.reset();
-        run.responseReady = false;
-        throw InputError(name, "the capture gives no usable response");
+        refuseResponse(run, name, "the capture gives no usable response");
+    }
+}
+
+// Sound cannot come before it is played; how much later it comes depends on the way, too. A device
+// that says nothing of its latency promises nothing. The peak is taken: low tones have their onset
+// ahead of it.
+void judgeDelay(const CStreamEngine& engine, TuningRun& run, MeasurementReport& report) {
+    const auto samples = run.responseAnalyzer.response.time();
+    const auto peak = std::ranges::max_element(samples, {}, [](double x) { return std::fabs(x); });
+    auto place = static_cast<int32_t>(peak - samples.begin()) - onsetLead;
+    place -= place >= responseLength / 2 ? responseLength : 0;
+    if (engine.latency > 0 && place < -mostEarlyFrames) {
+        refuseResponse(run, report.device,
+                       fmt::format("the response comes {} frames ahead of the latency that the "
+                                   "device promises, so the measurement is not good",
+                                   -place));
+    }
+    const double lateMs = 1000.0 * report.delaySamples / report.sampleRate;
+    if (engine.latency > 0 && lateMs > mostUsualDelayMs) {
+        report.warnings.push_back(fmt::format(
+            "The response comes {:.0f} ms after the latency that the device promises: unless the "
+            "loudspeaker delays it, frames were lost.",
+            lateMs));
     }
 }
 
 int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
                       const ProgramValues& values) {
     const int32_t rate = wanted.value_or(device.rate.value_or(values.InputSampleRate));
-    if (!IsMeasuringRate(rate)) {
-        throw InputError("--rate", "expected " + std::string(measuringRates));
+    if (!IsUsableRate(rate)) {
+        throw InputError("--rate", "expected " + std::string(usableRates));
     }
     if (device.rate.value_or(rate) != rate) {
         throw InputError(device.name, "the response is at " + std::to_string(*device.rate) +
@@ -96,10 +143,6 @@ int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
 }
 
 }  // namespace
-
-bool IsMeasuringRate(int64_t rate) {
-    return IsUsableRate(rate) && rate % 2 == 0;
-}
 
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
                                   const RunLimits& limits, TuningRun& run,
@@ -140,8 +183,9 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
     measurement.TakeCapture();
     expectUsableResponse(run, name);
     report.delaySamples = run.responseAnalyzer.delaySamples;
-    report.polarity = run.responseAnalyzer.polarity;
-    report.cutoffHz = run.responseAnalyzer.cutoffHz;
+    report.polarity = run.responseAnalyzer.polarity();
+    report.cutoffHz = run.responseAnalyzer.cutoffHz();
+    judgeDelay(engine, run, report);
     return report;
 }
 
@@ -154,12 +198,7 @@ MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const Devic
     run.InitTuningState();
     std::printf("Measuring on %s at %d Hz\n", chosen.name.c_str(), values.InputSampleRate);
     std::fflush(stdout);
-    MeasurementReport report =
-        MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
-    if (!chosen.warning.empty()) {
-        report.warnings.insert(report.warnings.begin(), chosen.warning);
-    }
-    return report;
+    return MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
 }
 
 }  // namespace tonvane

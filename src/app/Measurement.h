@@ -26,10 +26,6 @@ struct MeasurementReport {
     std::vector<std::string> warnings;
 };
 
-// Rates at which the test signal and its deconvolution agree on the top bin.
-bool IsMeasuringRate(int64_t rate);
-constexpr const char* measuringRates = "an even rate, 8000 to 192000 Hz";
-
 // How long a device may deliver nothing, and the engine's own waits.
 struct RunLimits {
     std::chrono::milliseconds delivery{10000};

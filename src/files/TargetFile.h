@@ -20,7 +20,7 @@ struct TargetSettings {
 enum class TargetFileStatus {
     loaded,
     missing,  // cannot be opened; nothing has changed
-    damaged,  // what was read up to the fault stands
+    damaged,  // what was read up to the fault stands; of a file that cannot be read nothing
 };
 
 // Reads a file into `settings`. Missing lines leave what was there before.

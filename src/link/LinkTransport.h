@@ -29,16 +29,26 @@ class LinkTransport {
     virtual void wait(int32_t milliseconds) = 0;
 };
 
-// For a window: waits for a reply until it is whole or the connection ends, and reports nothing.
-// What an ended connection leaves out of a reply stays as it was.
+// For a window: waits for the first byte of a reply until it comes or the connection ends, puts
+// together what comes in pieces, and takes a reply for ended when its next piece is late. Nothing
+// is reported; what is missing of a reply stays as it was. Bytes that a server has sent unasked
+// belong to no reply.
 class TcpTransport : public LinkTransport {
   public:
+    // Milliseconds until the next piece of a reply.
+    static constexpr int32_t usualPieceLimit = 250;
+
+    explicit TcpTransport(int32_t pieceLimit = usualPieceLimit) : pieceLimit_(pieceLimit) {}
+
     std::intptr_t open() override;
     bool connect(std::intptr_t socket, uint16_t port) override;
     void exchange(std::intptr_t socket, std::span<const uint8_t> frame,
                   std::span<uint8_t> reply) override;
     void close(std::intptr_t socket) override;
     void wait(int32_t milliseconds) override;
+
+  private:
+    int32_t pieceLimit_;
 };
 
 // what() is one line for the person: what went wrong with which frame.
@@ -47,8 +57,9 @@ class LinkError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// For a command: a server that is absent, that has not answered a frame in full after a time limit,
-// that closes the connection or that sends more than it was asked for is a LinkError.
+// For a command: a server that is absent, that has not taken the connection or not answered a frame
+// in full after a time limit, that closes the connection or that sends more than it was asked for
+// is a LinkError.
 class CheckedTcpTransport : public TcpTransport {
   public:
     // Milliseconds, above 0.

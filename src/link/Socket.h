@@ -1,6 +1,7 @@
 // TCP client sockets of this computer: the one place that calls the platform's socket functions.
 //
-// Handles are the platform's, -1 for none. Calls block; none raises a signal.
+// Handles are the platform's, -1 for none. A limit is in milliseconds, and holds whatever signals
+// arrive meanwhile; no call raises a signal.
 #pragma once
 
 #include <cstddef>
@@ -9,14 +10,14 @@
 
 namespace tonvane::tcp {
 
+constexpr int32_t noLimit = -1;  // waits as long as it takes
+
 // A new stream socket, -1 on failure.
 std::intptr_t Open();
 
-// Connects to a port of 127.0.0.1; whether it came about.
-bool ConnectToLocalPort(std::intptr_t socket, uint16_t port);
-
-// From now on a Receive gives up after so many milliseconds.
-void LimitReceive(std::intptr_t socket, int32_t milliseconds);
+// Connects to a port of 127.0.0.1. Only a limit of time runs out.
+enum class Connection { made, refused, outOfTime };
+Connection ConnectToLocalPort(std::intptr_t socket, uint16_t port, int32_t limit);
 
 // Whether all bytes went out.
 bool Send(std::intptr_t socket, std::span<const uint8_t> bytes);
@@ -25,8 +26,8 @@ bool Send(std::intptr_t socket, std::span<const uint8_t> bytes);
 enum ReceiveEnd : int32_t { closedByPeer = 0, outOfTime = -1, failed = -2 };
 
 // Waits for bytes and takes those that are there, at most as many as fit; their number, above 0, or
-// a ReceiveEnd.
-int32_t Receive(std::intptr_t socket, std::span<uint8_t> bytes);
+// a ReceiveEnd. With a limit of 0 it does not wait.
+int32_t Receive(std::intptr_t socket, std::span<uint8_t> bytes, int32_t limit);
 
 void Close(std::intptr_t socket);
 

@@ -1,19 +1,43 @@
 #include "link/Socket.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 namespace tonvane::tcp {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
 int descriptor(std::intptr_t socket) {
     return static_cast<int>(socket);
+}
+
+// Whether something has come of it before the limit. A signal takes nothing from the limit and adds
+// nothing.
+bool isReady(int socket, short event, int32_t limit) {
+    const Clock::time_point end = Clock::now() + milliseconds(limit);
+    pollfd waiting{socket, event, 0};
+    int left = limit;
+    for (;;) {
+        const int ready = ::poll(&waiting, 1, left);
+        if (ready >= 0 || errno != EINTR) {
+            return ready > 0;
+        }
+        if (limit != noLimit) {
+            const auto rest = std::chrono::ceil<milliseconds>(end - Clock::now());
+            left = static_cast<int>(std::max<int64_t>(rest.count(), 0));
+        }
+    }
 }
 
 }  // namespace
@@ -22,20 +46,26 @@ std::intptr_t Open() {
     return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
 }
 
-bool ConnectToLocalPort(std::intptr_t socket, uint16_t port) {
+// The connection comes about beside the program, which waits for it.
+Connection ConnectToLocalPort(std::intptr_t socket, uint16_t port, int32_t limit) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-    return ::connect(descriptor(socket), generic, sizeof address) == 0;
-}
-
-void LimitReceive(std::intptr_t socket, int32_t milliseconds) {
-    timeval limit{};
-    limit.tv_sec = milliseconds / 1000;
-    limit.tv_usec = milliseconds % 1000 * 1000;
-    ::setsockopt(descriptor(socket), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    const int number = descriptor(socket);
+    const int flags = ::fcntl(number, F_GETFL);
+    ::fcntl(number, F_SETFL, flags | O_NONBLOCK);
+    int error = ::connect(number, generic, sizeof address) == 0 ? 0 : errno;
+    if (error == EINPROGRESS || error == EINTR) {
+        if (!isReady(number, POLLOUT, limit)) {
+            return Connection::outOfTime;
+        }
+        socklen_t size = sizeof error;
+        ::getsockopt(number, SOL_SOCKET, SO_ERROR, &error, &size);
+    }
+    ::fcntl(number, F_SETFL, flags);
+    return error == 0 ? Connection::made : Connection::refused;
 }
 
 bool Send(std::intptr_t socket, std::span<const uint8_t> bytes) {
@@ -52,14 +82,17 @@ bool Send(std::intptr_t socket, std::span<const uint8_t> bytes) {
     return true;
 }
 
-int32_t Receive(std::intptr_t socket, std::span<uint8_t> bytes) {
+int32_t Receive(std::intptr_t socket, std::span<uint8_t> bytes, int32_t limit) {
+    if (!isReady(descriptor(socket), POLLIN, limit)) {
+        return outOfTime;
+    }
     for (;;) {
         const ssize_t count = ::recv(descriptor(socket), bytes.data(), bytes.size(), 0);
         if (count >= 0) {
             return static_cast<int32_t>(count);
         }
         if (errno != EINTR) {
-            return errno == EAGAIN || errno == EWOULDBLOCK ? outOfTime : failed;
+            return failed;
         }
     }
 }

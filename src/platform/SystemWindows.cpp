@@ -27,6 +27,9 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
     return arguments;
 }
 
+// The C library gives these numbers to nothing else, and sockets have none.
+void KeepStandardStreams() {}
+
 // The null device is one of characters as well, but has no mode.
 bool IsTerminal() {
     DWORD mode = 0;
@@ -42,6 +45,14 @@ std::string WithSystemLineEnds(std::string text) {
 
 FilePointer OpenFile(const std::string& path, const char* mode) {
     return FilePointer(::_wfopen(Widen(path).c_str(), Widen(mode).c_str()));
+}
+
+void SeekFile(std::FILE* file, int64_t position, int whence) {
+    ::_fseeki64(file, position, whence);
+}
+
+int64_t TellFile(std::FILE* file) {
+    return ::_ftelli64(file);
 }
 
 }  // namespace tonvane

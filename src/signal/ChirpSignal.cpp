@@ -57,9 +57,12 @@ std::span<const double> CChirpSignal::deconvolve(std::span<const double> capture
     for (int32_t k = 0; k < response.bins; ++k) {
         const int32_t frequency = binFrequency(sampleRate, k, length);
         const bool inBand = frequency >= lowFrequency && frequency <= highFrequency;
+        // The noise leaves a bin out whose frequency is in the band by its whole hertz only.
+        const bool isPlayed = excitation.spectrum[k] != 0.0;
         response.spectrum[k] =
-            inBand ? elementary::Quotient(capture.spectrum[k] * scale, excitation.spectrum[k])
-                   : 0.0;
+            inBand && isPlayed
+                ? elementary::Quotient(capture.spectrum[k] * scale, excitation.spectrum[k])
+                : 0.0;
     }
     response.inverse();
     return response.time();

@@ -39,7 +39,8 @@ std::span<const double> CPinkNoise::generate() {
         excitation.spectrum[k] = std::sqrt(power) * elementary::UnitPhasor(phase);
     }
 
-    const double scale = std::sqrt(1.0 / (2.0 * sum)) / 4.5;
+    // Without a bin in the band, at a rate below 40 Hz, the noise is silence.
+    const double scale = sum > 0.0 ? std::sqrt(1.0 / (2.0 * sum)) / 4.5 : 0.0;
     for (auto& bin : excitation.spectrum) {
         bin *= scale;
     }

@@ -28,7 +28,8 @@ class CTestSignal {
 
     // Takes N captured samples in step with the excitation and returns the N samples of the
     // response at unit scale, owned by the signal and valid until the next call. Bins outside
-    // lowFrequency .. highFrequency come out zero. generate() must have run on this object.
+    // lowFrequency .. highFrequency come out zero, and so do those that the excitation does not
+    // have. generate() must have run on this object.
     virtual std::span<const double> deconvolve(std::span<const double> captured) = 0;
 
     // Sets order and length = 2^order.

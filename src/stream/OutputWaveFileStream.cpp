@@ -20,7 +20,7 @@ void COutputWaveFileStream::Close() {
 
 void COutputWaveFileStream::Process(const double* in, double* /*out*/) {
     if (file_.isOpen()) {
-        file_.Write(in, blockFrames);
+        file_.Write({in, inputBuffer.samples().size()});
     }
 }
 

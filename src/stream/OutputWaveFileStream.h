@@ -17,7 +17,8 @@ class COutputWaveFileStream : public CDspStream {
     // Completes the file.
     void Close() override;
 
-    // Samples are rounded to nearest and clipped.
+    // The block's own samples, whatever the file's head says of channels; rounded to nearest and
+    // clipped.
     void Process(const double* in, double* out) override;
 
     int32_t blockFrames = 256;

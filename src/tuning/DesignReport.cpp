@@ -1,6 +1,7 @@
 #include "tuning/DesignReport.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include <fmt/core.h>
@@ -38,8 +39,9 @@ void addSections(const TuningRun& run, DesignReport& report) {
     report.words.assign(run.fittedWords().begin(), run.fittedWords().end());
     for (const auto& [b0, b1, b2, a1, a2] : report.sections) {
         for (const double coefficient : {b0, b1, b2, -a1, -a2}) {
-            report.isFinite = report.isFinite && std::isfinite(coefficient);
-            report.wrappedCoefficients += FitsCoefWord(coefficient) ? 0 : 1;
+            const bool isNumber = std::isfinite(coefficient);
+            report.isFinite = report.isFinite && isNumber;
+            report.wrappedCoefficients += isNumber && !FitsCoefWord(coefficient) ? 1 : 0;
         }
     }
 }
@@ -167,6 +169,12 @@ void addWarnings(const EqDesigner& designer, DesignReport& report) {
     }
 }
 
+bool fits(const Biquad& section) {
+    const auto& [b0, b1, b2, a1, a2] = section;
+    return std::ranges::all_of(std::array{b0, b1, b2, -a1, -a2},
+                               [](double x) { return std::isfinite(x) && FitsCoefWord(x); });
+}
+
 const char* polarityName(int32_t polarity) {
     return polarity > 0 ? "positive" : polarity < 0 ? "negative" : "unknown";
 }
@@ -183,8 +191,8 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     DesignReport report;
     report.sampleRate = run.designRate;
     report.delaySamples = analyzer.delaySamples;
-    report.polarity = analyzer.polarity;
-    report.cutoffHz = analyzer.cutoffHz;
+    report.polarity = analyzer.polarity();
+    report.cutoffHz = analyzer.cutoffHz();
     report.hasTimeSignal = !values.ResponseIsCsv;
     report.loudnessDb = powerDb(designer.measuredLoudness);
     report.gainClampDb = designer.gainClampDb;
@@ -205,6 +213,13 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     report.deviationAfterDb = deviationDb(report.curves, target, true);
     addWarnings(designer, report);
     return report;
+}
+
+// A kept pass has a finite distance, so that FIR and fit are numbers everywhere, and sections with
+// a gain and without a pole on the circle keep that as words.
+bool HasPlainlyUsableWords(const IirFitter& fitter) {
+    return fitter.bestPass >= 0 && std::ranges::all_of(fitter.sections, fits) &&
+           fitter.coefficientWords[0] != 0 && LargestPoleRadius(fitter.coefficientWords) < 1.0;
 }
 
 std::string SummaryText(const DesignReport& report) {

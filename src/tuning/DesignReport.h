@@ -77,6 +77,10 @@ std::string FitName(FitMethod method);
 // Gathers the report of a run whose design has gone through.
 DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values);
 
+// Whether the words of a fit are beyond doubt, so that no report has to tell what isUsable says;
+// true only where that is. Takes a thousandth of a report's time.
+bool HasPlainlyUsableWords(const IirFitter& fitter);
+
 // The report as text of some lines for a terminal.
 std::string SummaryText(const DesignReport& report);
 

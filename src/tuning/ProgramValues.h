@@ -23,10 +23,11 @@ struct ProgramValues {
 
     double CsvBinSpacing = 0.0;  // Hz per bin of the last table's spectrum
 
-    std::string AppDirectory;      // the working directory at start, with a slash behind it
-    std::string FilterFilePath;    // where the filter file goes; empty for none
-    std::string ResponseFilePath;  // the response of the command line; empty for none
-    std::string TargetFilePath;    // the target file of the command line; empty for none
+    std::string AppDirectory;          // the working directory at start, with a slash behind it
+    std::string FilterFilePath;        // where the filter file goes; empty for none
+    std::string ResponseFilePath;      // the response of the command line; empty for none
+    std::string TargetFilePath;        // the target file of the command line; empty for none
+    bool TargetFileIsDamaged = false;  // it did not load: what it holds outlives its next writing
 
     // What every curve starts from and Reset goes back to, the kind of all curves, and the gain
     // clamp in dB at the start.

@@ -6,21 +6,16 @@ namespace tonvane {
 
 void TuningRun::refine() {
     refinedFit.reset();
+    refinedCurve_.clear();
     if (values_.fitMethod != FitMethod::refined) {
         return;
     }
     const WantedCorrection wanted{eqDesigner.designPower, designRate, gainClampDb()};
     refinedFit = refinedFitter.fitNoWorse(wanted, iirFitter.coefficientWords);
-}
-
-void TuningRun::predictRefined() {
-    const int32_t bins = responseAnalyzer.bins;
-    const ComplexVector filter = CascadeSpectrum(refinedFit->sections, bins);
-    responseAnalyzer.predictFilter(filter);
-    const int32_t stride = (bins - 1) / (designPoints - 1);
-    refinedCurve_.resize(designPoints);
-    for (int32_t i = 0; i < designPoints; ++i) {
-        refinedCurve_[i] = filter[static_cast<size_t>(i) * stride] * iirFitter.gain;
+    if (refinedFit) {
+        responseAnalyzer.predictFilter([sections = refinedFit->sections](int32_t bins) {
+            return CascadeSpectrum(sections, bins);
+        });
     }
 }
 
@@ -33,7 +28,16 @@ std::span<const int32_t> TuningRun::fittedWords() const {
 }
 
 const ComplexVector& TuningRun::fittedCurve() const {
-    return refinedFit ? refinedCurve_ : iirFitter.curve[0];
+    if (!refinedFit) {
+        return iirFitter.curve(0);
+    }
+    if (refinedCurve_.empty()) {
+        refinedCurve_ = CascadeSpectrum(refinedFit->sections, designPoints);
+        for (auto& point : refinedCurve_) {
+            point *= iirFitter.gain;
+        }
+    }
+    return refinedCurve_;
 }
 
 }  // namespace tonvane

@@ -94,13 +94,15 @@ class TuningRun {
     std::optional<std::string> SaveDesignParameters(const std::string& path) const;
 
     // The end of a run: writes the filter file and the target file where the program values name
-    // them, after a question if promptOnExit is set.
+    // them, after a question if promptOnExit is set. A target file that did not load is kept beside
+    // under its name and ".bak"; where it cannot be, it stays as it is.
     void SaveFiltersOnExit();
 
-    // Writes the filter file of a valid response; the reason of a failure.
+    // Writes the filter file of a valid response; the reason of a failure. The file of the response
+    // is not written over.
     std::optional<std::string> WriteFilterFile();
 
-    void SetStatusLine(int line, const std::string& text);
+    void SetStatusLine(int line, const std::string& text, StatusNews news);
 
     // Five words for each of the seven sections; empty without a valid response.
     [[nodiscard]] std::span<const int32_t> designedSections() const;
@@ -147,17 +149,27 @@ class TuningRun {
   private:
     void DesignAndProgram();
     void design();
+    void prepareResponse();
     void refine();
-    void predictRefined();
     void finishLoad();
     void selectGain(int64_t index);
     void SaveTargetFile();
+    bool keepDamagedTarget();
     [[nodiscard]] int32_t itemOfInputRate() const;
 
     ProgramValues& values_;
     Messages& messages_;
     TuningView* view_;
-    ComplexVector refinedCurve_;
+
+    // What eqDesigner is prepared with.
+    struct Prepared {
+        int64_t load = 0;  // of responseAnalyzer
+        int32_t sampleRate = 0;
+        bool isTable = false;
+        bool operator==(const Prepared&) const = default;
+    };
+    Prepared prepared_;
+    mutable ComplexVector refinedCurve_;  // empty until asked for
 };
 
 }  // namespace tonvane

@@ -31,10 +31,15 @@ constexpr double maxCrossoverShare = 0.9;  // of the sample rate
 
 constexpr FileDialog dumpDialog{FileDialog::Form::open, "dat file (*.dat)", "*.dat", "dat"};
 
-// A signed decimal number with nothing behind it; blanks in front are passed over.
+// A decimal number with either sign or none; blanks around it are passed over.
 std::optional<int32_t> wholeNumber(const std::string& text) {
     const size_t start = std::min(text.find_first_not_of(' '), text.size());
-    return ParseWhole<int32_t>(std::string_view(text).substr(start));
+    std::string_view number =
+        std::string_view(text).substr(start, text.find_last_not_of(' ') + 1 - start);
+    if (number.starts_with('+') && !number.starts_with("+-")) {
+        number.remove_prefix(1);
+    }
+    return ParseWhole<int32_t>(number);
 }
 
 bool isBetween(const std::optional<int32_t>& value, int32_t min, int32_t max) {
@@ -122,12 +127,12 @@ void RegisterPanel::TakeSwitches() {
 }
 
 void RegisterPanel::OnConnect(const DialogMessage& /*m*/) {
-    run_.SetStatusLine(2, "");
+    run_.SetStatusLine(2, "", StatusNews::posted);
     switch (run_.ampLink.Connect()) {
         case CAmpLink::Connection::noSocket:
             return;
         case CAmpLink::Connection::refused:
-            run_.SetStatusLine(2, "Failed to connect");
+            run_.SetStatusLine(2, "Failed to connect", StatusNews::posted);
             return;
         case CAmpLink::Connection::made:
             break;

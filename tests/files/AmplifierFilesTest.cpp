@@ -62,7 +62,7 @@ TEST(FilterFile, IsRefusedWithTheLineOfWhatIsWrong) {
     const std::string expectWord = "expected words of four bytes up to 03 FF FF FF";
     tests::ExpectRefusals(
         {
-            {"", ":0: the file ends before the end of the seventh section"},
+            {"", ": the file is empty"},
             {six + "0x2F" + zeros + "\n0xFF" + zeros, ":8: the file ends before"},
             {six + "0x2F" + section + "\n0x30" + section,
              ":9: expected nothing behind the seventh"},

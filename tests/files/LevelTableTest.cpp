@@ -5,6 +5,7 @@
 
 #include "files/LevelTable.h"
 #include "files/TestFiles.h"
+#include "platform/FileAccess.h"
 
 namespace tonvane {
 namespace {
@@ -153,7 +154,7 @@ TEST(LevelTable, IsRefusedWithLineAndReason) {
         [](const std::string& path) {
             CsvTable table;
             InputNotes notes;
-            ReadLevelTable(path, table, notes);
+            ParseLevelTable(path, ReadInputBytes(path, longestText), table, notes);
         });
 }
 

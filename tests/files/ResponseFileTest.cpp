@@ -74,7 +74,8 @@ TEST(ResponseFile, CheckedReaderSaysWhatIsWrong) {
             {responseBytes(-48000, good), ": the file's sample rate is -48000 Hz"},
             {responseBytes(48000, with(0, std::nan(""))), ": sample 0 "},
             {responseBytes(48000, with(32767, -HUGE_VAL)), ": sample 32767 "},
-            {responseBytes(48000, with(32, 0.0)), ": the response is silence"},
+            {responseBytes(48000, with(5, -3.5e38)), ": sample 5 "},
+            {responseBytes(48000, with(32, 1e-38)), ": the response is silence"},
         },
         ReadCheckedResponseFile);
     const tests::TemporaryFolder folder;
@@ -87,13 +88,14 @@ TEST(ResponseFile, CheckedReaderSaysWhatIsWrong) {
 }
 
 TEST(RawSamples, AreLittleEndianFloat32) {
-    const tests::TemporaryFolder folder;
     const std::string bytes("\x00\x00\x80\x3F\x00\x00\x00\xC0", 8);  // 1, -2
-    EXPECT_THAT(ReadRawSamples(folder.write("r.f32", bytes)), ElementsAre(1.0, -2.0));
+    EXPECT_THAT(ParseRawSamples("r", bytes), ElementsAre(1.0, -2.0));
     EXPECT_EQ(FormatRawSamples(std::vector{1.0, -2.0}), bytes);
-    const std::string expected = ": expected float32 samples, four bytes each, up to 64 MB; found ";
-    tests::ExpectRefusals({{"", expected + "0 bytes"}, {bytes.substr(1), expected + "7 bytes"}},
-                          ReadRawSamples);
+    for (const auto& bad : {std::string(), bytes.substr(1)}) {
+        EXPECT_EQ(tests::ComplaintOf([&] { ParseRawSamples("r", bad); }),
+                  "r: expected float32 samples, four bytes each, up to 64 MB; found " +
+                      std::to_string(bad.size()) + " bytes");
+    }
 }
 
 // A pulse that falls by 60 dB in 3000 samples, in a floor of the given level.

@@ -80,7 +80,8 @@ TEST(CheckedTargetFile, NamesTheLineAndWhatWasExpected) {
                            {"-usercurve\n-6\n90, 2\n220 1\n", ":4: expected a knot"},
                            {"-usercurve\n-6\n90, 2\n\n220, 1\n", ":4: expected a knot"},
                            {"-usercurve\n-6\n90, 2\n90, 1\n", ":4: expected a frequency"},
-                           {"-usercurve\n-6\n0, 2\n", ":3: expected a frequency"},
+                           {"-usercurve\n-6\n0, 2\n", ":3: expected a frequency of 1 to"},
+                           {"-usercurve\n-6\n1000001, 2\n", ":3: expected a frequency of 1 to"},
                            {"-usercurve\n-6\n90, 2\n220, -61\n", ":4: expected a level"}},
                           ReadCheckedTargetFile);
     const tests::TemporaryFolder folder;

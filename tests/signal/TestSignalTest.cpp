@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "signal/PeriodShift.h"
 #include "signal/PinkNoise.h"
 #include "support/Signals.h"
 
@@ -104,13 +105,50 @@ void expectLoopComesBack(CTestSignal& signal, double lowest, double highest) {
 }
 
 TEST_F(TestSignal, DeconvolutionGivesTheLoopWithinTheBand) {
-    for (const int32_t rate : {44100, 48000, 96000}) {
-        expectLoopComesBack(*generated<CPinkNoise>(rate), 20.0, rate / 2.0);
+    for (const int32_t rate : {11025, 44100, 44101, 96000}) {  // the noise has no half a hertz
+        expectLoopComesBack(*generated<CPinkNoise>(rate), 20.0, rate / 2);
         expectLoopComesBack(*generated<CChirpSignal>(rate), 0.0, rate / 2.0);
     }
+    expectLoopComesBack(*generated<CPinkNoise>(38), 20.0, 19.0);  // no band at all
     expectLoopComesBack(*generated<CPinkNoise>(48000, 12), 40.0, 24000.0);
     // The product of rate and bin wraps in 32 bits.
     expectLoopComesBack(*generated<CPinkNoise>(192000), 20.0, 65535.9);
+}
+
+// Four periods between two halves of silence, through an echo and with noise beside, and so many
+// frames lost, or repeated below 0, from one on.
+std::vector<double> capturedPeriods(std::span<const double> x, int32_t at, int32_t lost,
+                                    double echo = 0.5, double noise = 0.0) {
+    constexpr int32_t n = 32768;
+    const auto played = [&](int32_t t) {
+        return t < n / 2 || t >= 9 * n / 2 ? 0.0 : x[static_cast<size_t>((t + n / 2) % n)];
+    };
+    std::vector<double> captured = tests::Noise(5 * n);
+    for (int32_t i = 0; i < 5 * n; ++i) {
+        const int32_t t = i < at ? i : i + lost;
+        captured[i] = played(t) + echo * played(t - 1500) + noise * captured[i];
+    }
+    return captured;
+}
+
+TEST_F(TestSignal, AShiftAnywhereInTheCapturedPeriodsIsFoundAndNothingElseIsOne) {
+    const auto signal = generated<CPinkNoise>(48000);
+    const std::span<const double> x = signal->samples();
+    const auto shiftOf = [](const std::vector<double>& captured) {
+        return FindPeriodShift(captured, 32768);
+    };
+    for (int32_t at = 16384 + 4096; at < 147456 - 2048; at += 7001) {
+        EXPECT_EQ(shiftOf(capturedPeriods(x, at, 1024)), 1024) << at;
+    }
+    for (const int32_t lost : {64, 8192, 16000, -256}) {
+        EXPECT_EQ(shiftOf(capturedPeriods(x, 70000, lost, 0.5, 0.05)), std::abs(lost));
+    }
+    for (const double echo : {0.0, 0.2, 0.3, 1.0, 3.0, 5.0, -2.0}) {
+        EXPECT_EQ(shiftOf(capturedPeriods(x, 70000, 0, echo)), 0) << echo;
+        EXPECT_EQ(shiftOf(capturedPeriods(x, 70000, 8, echo, 0.5)), 0) << echo;
+    }
+    EXPECT_EQ(shiftOf(std::vector<double>(5 * size_t{32768})), 0);
+    EXPECT_EQ(shiftOf(tests::Noise(5 * 32768)), 0);
 }
 
 }  // namespace

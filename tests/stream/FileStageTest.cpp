@@ -35,10 +35,11 @@ struct FrameNumbers : CDspStream {
 
 class InputFile : public testing::Test {
   protected:
-    void open(int32_t frames) {
-        const std::string path = folder.write("in.wav", tests::CountingWave(1000, 2, frames));
+    void open(int32_t frames, uint32_t channels = 2, CDspStream* next = nullptr) {
+        const std::string path =
+            folder.write("in.wav", tests::CountingWave(1000, channels, frames));
         status.notifyWindow = &news;
-        stage.next = &sink;
+        stage.next = next == nullptr ? &sink : next;
         ASSERT_TRUE(stage.Load(path.c_str()));
         ASSERT_TRUE(stage.Reopen());
     }
@@ -110,23 +111,31 @@ TEST_F(InputFile, AFileThatHasGoneIsToldOf) {
     EXPECT_EQ(stage.DurationSeconds(), 0.0);
 }
 
-TEST_F(InputFile, WhatPassesIsRecordedInTheFormatAskedFor) {
-    open(512);
-    COutputWaveFileStream recorder;
-    recorder.path = folder / "out.wav";
-    recorder.format = MakeWaveFormat(8000, 2, 24);
-    stage.CloseChain();
-    stage.next = &recorder;
-    ASSERT_TRUE(stage.Reopen());
-    EXPECT_TRUE(stage.ReadBlock());
-    EXPECT_FALSE(stage.ReadBlock());
-    stage.CloseChain();
+// The head says what it was told, and the samples are those of the blocks.
+TEST_F(InputFile, WhatPassesIsRecordedWhateverTheFilesHeadSaysOfChannels) {
+    const struct {
+        uint32_t channels, channelsOfHead, bits;
+    } cases[] = {{2, 2, 24}, {1, 8, 16}, {1, 2, 16}, {2, 1, 16}};
+    for (const auto& c : cases) {
+        COutputWaveFileStream recorder;
+        recorder.path = folder / "out.wav";
+        recorder.format =
+            MakeWaveFormat(8000, static_cast<int>(c.channelsOfHead), static_cast<int>(c.bits));
+        open(512, c.channels, &recorder);
+        EXPECT_TRUE(stage.ReadBlock());
+        EXPECT_FALSE(stage.ReadBlock());
+        stage.CloseChain();
 
-    std::string samples;
-    for (uint64_t i = 1; i <= 512; ++i) {
-        samples += tests::LittleEndian(i << 8U, 3) + tests::LittleEndian(0, 3);
+        const size_t bytes = c.bits / 8;
+        std::string samples;
+        for (uint64_t i = 1; i <= 512; ++i) {
+            samples += tests::LittleEndian(i << (c.bits - 16), bytes) +
+                       std::string((c.channels - 1) * bytes, '\0');
+        }
+        EXPECT_EQ(tests::Contents(recorder.path),
+                  tests::WaveBytes({tests::pcm, c.channelsOfHead, c.bits, 8000}, samples))
+            << c.channels << " in " << c.channelsOfHead;
     }
-    EXPECT_EQ(tests::Contents(recorder.path), tests::WaveBytes({tests::pcm, 2, 24, 8000}, samples));
 }
 
 }  // namespace

@@ -115,8 +115,8 @@ class Desk(contextlib.ExitStack):
         cli("plot", "response", "--target", target, "--caption", "", "-o", "plot.png", "--size",
             f"{width}x{height + LEGEND}", "--fit", self.fit)
         wanted = Image.open("plot.png").convert("RGB").crop((56, 8, width - 16, height - 24))
-        # The rim of a curve may differ, and a ring marks the knot of the keyboard.
-        self.until(lambda: differing(self.screen.picture(self.plot()), wanted, 100) < 200)
+        # The rim of a curve may differ; a ring would be more.
+        self.until(lambda: differing(self.screen.picture(self.plot()), wanted, 100) < 100)
 
     def drop(self, name):
         x, y = self.screen.corner(self.window)
@@ -128,7 +128,6 @@ class Lab(Desk):
 
     command, title = ("tonvane-lab", "--layout", "layout"), "Tonvane Lab"
     fit = "refined"
-    box_title = "tonvane"
 
     def start(self, *arguments, **setting):
         super().start(*arguments, **setting)

@@ -26,7 +26,7 @@ def jack(monkeypatch):
                  "-d", "dummy", "-p", JACK_PERIOD) as server:
         until(lambda: "system:playback_2" in run("jack_lsp").out, server)
         with Running("jack-speaker") as speaker:
-            until(lambda: "speaker:capture_2" in run("jack_lsp").out, speaker)
+            until(lambda: "ready" in speaker.output(), speaker)
             yield server
 
 

@@ -42,6 +42,24 @@ def test_paths_may_be_whole_and_have_blanks(folder):
                      "f.txt", folder / "t.txt", "-noprompt")
 
 
+def test_target_file_that_does_not_load_is_kept_beside(folder):
+    folder.put("r.qsr", GOLDEN / "small48.qsr")
+    damaged = (GOLDEN / "tilt6.txt").read_text().replace(",", ";", 1)
+    folder.put("t", damaged)
+    command = "-cmd", "", "r.qsr", "qsr", "f", "t", "-noprompt"
+    done = cli(*command)
+    assert done.err == ("Error: Failed to load desired response data. File is missing.\n"
+                        "Warning: t: did not load; what it held is in t.bak\n")
+    assert (folder / "t.bak").read_text() == damaged
+    good(*command)  # by now it loads
+
+    folder.put("t", damaged)
+    (folder / "t.bak").unlink()
+    (folder / "t.bak").mkdir()
+    assert "Warning: t: did not load, and stays as it is" in cli(*command).err
+    assert (folder / "t").read_text() == damaged
+
+
 @pytest.mark.parametrize("rate", [0, 1, -48000, -2**31, 2**31 - 1])
 def test_filter_file_is_written_whatever_the_rate_of_the_response(folder, rate):
     folder.put("r.qsr", qsr(rate, []) + (GOLDEN / "small48.qsr").read_bytes()[4:])

@@ -6,7 +6,8 @@ import struct
 
 import pytest
 
-from programs import GOLDEN, GOLDEN_CASES, cli, decode, fir_db, good, qsr, read_filters, wav
+from programs import (BIN, GOLDEN, GOLDEN_CASES, cli, decode, fir_db, good, qsr, read_filters, run,
+                      wav)
 
 CASE = GOLDEN_CASES["port44"]
 
@@ -25,6 +26,18 @@ def test_impulse_response_has_the_same_filter_in_every_form(folder):
     for form in ["r.wav"], ["r.f32", "--rate", 44100], ["again.qsr", "--strict"]:
         good("design", *form, "-o", "f", "--target", GOLDEN / CASE.target, "--fit", "iterated")
         CASE.expect(read_filters("f")[1])
+
+
+@pytest.mark.parametrize("response", ["port44.qsr", "logspaced.csv", "port44.wav"])
+def test_response_from_a_pipe_has_the_filter_of_the_file(folder, response):
+    source = GOLDEN / response
+    if response.endswith("wav"):
+        source = folder / response
+        good("convert", GOLDEN / CASE.response, source)
+    good("design", source, "-o", "f")
+    piped = 'cat "$1" | "$2" design /dev/stdin -o p'
+    assert run("sh", "-c", piped, "sh", source, BIN / "tonvane-cli").code == 0
+    assert (folder / "p").read_bytes() == (folder / "f").read_bytes()
 
 
 def test_spectrum_is_that_of_the_samples(folder):

@@ -16,7 +16,7 @@ FRAME = 8  # bytes of a frame in the files of device-probe: 32 bits, stereo
 def measure(device):
     with WakeWatch() as watch:
         done = cli("measure", "--device", device, "-o", "out.qsr")
-    watch.excuse("(xruns)" in done.err)
+    watch.excuse("the measurement is not good" in done.err)
     assert (done.code, done.err) == (0, "")
     return measured("out.qsr")
 
@@ -62,15 +62,12 @@ def test_pause_loses_neither_frames_nor_the_device_on_pulseaudio(folder, pulse):
     assert probe("alsa", bytes(FRAME * 100000), 0, 40000) == "latency 0\nxruns 0\nlost 0\n"
 
 
-@pytest.mark.parametrize("server, device, playing", [
-    ("jack", "jack:speaker", ("jack_lsp", "tonvane:out_2")),
-    ("pulse", "alsa", ("pactl list sink-inputs", "Corked: no"))])
-def test_server_that_ends_loses_the_device_and_frees_its_workers(
-        folder, request, server, device, playing):
+@pytest.mark.parametrize("server, device", [("jack", "jack:speaker"), ("pulse", "alsa")])
+def test_server_that_ends_loses_the_device_and_frees_its_workers(folder, request, server, device):
     server = request.getfixturevalue(server)
     Path("in").write_bytes(bytes(FRAME * 48000 * 60))
     with Running("device-probe", device, 48000, 2, "in", "out", 48000 * 60) as program:
-        until(lambda: playing[1] in run(*playing[0].split()).out, program)
+        until(lambda: "started\n" in program.output(), program)
         server.end()
         until(lambda: "lost 1\n" in program.output(), program)
 

@@ -25,7 +25,12 @@ TEST(TextScanner, ReadsNumbersAsTheyAreWritten) {
         {"." + zeros + "1e+5", 0.0, ""},
         {"0." + zeros + "1", 0.0, ""},
         {".", std::nullopt, ""},
-        {"inf", std::nullopt, "inf"},
+        {"-InfinitY,", -HUGE_VAL, ","},
+        {"nax1", std::nullopt, "1"},
+        {"1e,", 1.0, ","},
+        {"0x1.8P-1;", 0.75, ";"},
+        {"0x1p-9999", 0.0, ""},
+        {"0xFp9999", HUGE_VAL, ""},
     };
     for (const auto& c : reals) {
         TextScanner scanner(c.text);

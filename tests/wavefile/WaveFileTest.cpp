@@ -1,6 +1,7 @@
 // Wave files against SoX and against the layout of the format.
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 
 #include <gmock/gmock.h>
 
@@ -31,7 +32,7 @@ class WaveFile : public testing::Test {
 
     void write(const Samples& samples, int32_t bits = 16, int32_t channels = 1) {
         ASSERT_TRUE(file.Create(folder / "x.wav", 48000, bits, channels));
-        file.Write(samples.data(), static_cast<int32_t>(samples.size()) / channels);
+        file.Write(samples);
         file.Close();
     }
 
@@ -103,6 +104,34 @@ TEST_F(WaveFile, IsReadWithMoreAroundItThanItNeeds) {
     }
 }
 
+TEST_F(WaveFile, HasFloatsOnlyForWhoTakesThem) {
+    const std::string samples = LittleEndian(0x3F000000, 4) + LittleEndian(0x7FC00000, 4);  // NaN
+    const std::string format = FormatBytes({tests::floating, 1, 32});
+    const std::string extensible = LittleEndian(0xFFFE, 2) + format.substr(2) +
+                                   LittleEndian(22, 8) + LittleEndian(tests::floating, 8) +
+                                   LittleEndian(0, 8);
+    for (const std::string& chunk : {format, extensible}) {
+        const std::string path =
+            folder.write("x.wav", RiffBytes(Chunk("fmt ", chunk) + Chunk("data", samples)));
+        file.takesFloats = true;
+        EXPECT_THAT(readAll(path), ElementsAre(0.5, 0.0));
+        EXPECT_EQ(file.sampleTag(), CWaveFile::floats);
+        file.takesFloats = false;
+        EXPECT_THAT(readAll(path), ElementsAre(0x3F000000 / 0x1p31, 0x7FC00000 / 0x1p31));
+    }
+}
+
+TEST_F(WaveFile, CanBeLongerThan2GiB) {
+    constexpr uint64_t bytes = 3'000'000'000;
+    const std::string path = folder.write("x.wav", "RIFF" + LittleEndian(bytes + 36, 4) + "WAVE" +
+                                                       head + "data" + LittleEndian(bytes, 4));
+    std::filesystem::resize_file(path, bytes + 44);
+    open(path);
+    EXPECT_EQ(file.FramesLeft(), 1'500'000'000);
+    file.SeekFrame(1'400'000'000);
+    EXPECT_EQ(file.FramesLeft(), 100'000'000);
+}
+
 TEST_F(WaveFile, IsRefusedWithoutAUsableHead) {
     const std::pair<const char*, std::string> table[] = {
         {"empty", ""},
@@ -142,6 +171,13 @@ TEST_F(WaveFile, SeeksToAFrameAndHasNoneBehindItsEnd) {
     file.Read(&sample, 1);
     EXPECT_EQ(sample, 0.5);
     file.SeekFrame(1000);
+    EXPECT_EQ(file.FramesLeft(), 0);
+    file.Read(&sample, 1);
+    EXPECT_FALSE(file.isBroken());
+    file.SeekFrame(0);
+    std::filesystem::resize_file(folder / "x.wav", 44);
+    file.Read(&sample, 1);
+    EXPECT_TRUE(file.isBroken());
     EXPECT_EQ(file.FramesLeft(), 0);
 }
 

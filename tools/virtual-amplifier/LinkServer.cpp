@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -43,13 +44,14 @@ bool sendInPieces(int socket, std::span<const uint8_t> bytes) {
 }  // namespace
 
 Fault FaultNamed(std::string_view name) {
-    constexpr std::array<std::pair<std::string_view, Fault>, 6> names{{
+    constexpr std::array<std::pair<std::string_view, Fault>, 7> names{{
         {"silent", Fault::silent},
         {"half", Fault::half},
         {"closing", Fault::closing},
         {"garbage", Fault::garbage},
         {"surplus", Fault::surplus},
         {"pieces", Fault::pieces},
+        {"pausing", Fault::pausing},
     }};
     const auto found = std::ranges::find(names, name, [](const auto& row) { return row.first; });
     return found == names.end() ? Fault::none : found->second;
@@ -101,13 +103,15 @@ void LinkServer::stop() noexcept {
 void LinkServer::run() {
     for (;;) {
         std::vector<pollfd> waiting{{stopReader_.number(), POLLIN, 0},
-                                    {listener_.number(), POLLIN, 0}};
+                                    {rests_ ? -1 : listener_.number(), POLLIN, 0}};
         for (const Client& client : clients_) {
             waiting.push_back({client.socket.number(), POLLIN, 0});
         }
-        if (::poll(waiting.data(), waiting.size(), -1) < 0) {
+        constexpr int restMs = 100;
+        if (::poll(waiting.data(), waiting.size(), rests_ ? restMs : -1) < 0) {
             continue;  // a signal
         }
+        rests_ = false;
         if (waiting[0].revents != 0) {
             clients_.clear();
             listener_ = Descriptor();
@@ -133,6 +137,8 @@ void LinkServer::acceptClient() {
     Descriptor socket(::accept4(listener_.number(), nullptr, nullptr, SOCK_CLOEXEC));
     if (socket.number() >= 0) {
         clients_.push_back({std::move(socket), {}});
+    } else {
+        rests_ = true;  // no descriptor is left; the client still waits
     }
 }
 
@@ -173,6 +179,10 @@ bool LinkServer::reply(const Client& client, std::vector<uint8_t> bytes) {
             break;
         case Fault::pieces:
             return sendInPieces(socket, bytes);
+        case Fault::pausing:
+            fault_ = Fault::none;
+            std::raise(SIGSTOP);
+            break;
     }
     return bytes.empty() || sendAll(socket, bytes);
 }

@@ -20,6 +20,7 @@ enum class Fault {
     garbage,  // answers as many bytes as asked for, all wrong
     surplus,  // answers more than asked for
     pieces,   // answers in single bytes with pauses between
+    pausing,  // stops its process ahead of an answer, once: SIGCONT makes it go on
 };
 
 // The fault of a name as above; none for another name.
@@ -73,6 +74,7 @@ class LinkServer {
     Descriptor stopReader_;
     Descriptor stopWriter_;
     std::vector<Client> clients_;
+    bool rests_ = false;  // takes no new client for a while
     uint16_t port_ = 0;
     Fault fault_ = Fault::none;
     int64_t firstWrongFrame_ = 0;

@@ -4,11 +4,13 @@
 #include <memory>
 #include <vector>
 
+#include "amplifier/RegisterGroups.h"
 #include "app/DesignPicture.h"
 #include "app/Exports.h"
 #include "app/FinishedDesign.h"
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
+#include "app/LinkSession.h"
 #include "app/OutputFiles.h"
 #include "app/commands/Commands.h"
 #include "files/FilterFile.h"
@@ -28,16 +30,14 @@ struct DesignOptions {
     std::optional<std::string> report;     // a page if its name ends in .html or .htm, else JSON
     PictureOptions plot;                   // a picture of the design, if its output has a name
     std::vector<Export> exports;           // the result for other programs
+    std::string solver = "lattice";        // of the fit's equations, or "lapack"
     bool program = false;                  // send the filter to the amplifier
 };
 
 RegisterAddressConfig readAddresses(const DesignOptions& options) {
     RegisterAddressConfig config;
     if (options.addresses) {
-        if (!ReadTextFile(*options.addresses)) {
-            throw InputError(*options.addresses, "cannot be opened");
-        }
-        if (LoadRegisterAddressFile(*options.addresses, config) == 0) {
+        if (ParseRegisterAddresses(ReadInputText(*options.addresses), config) == 0) {
             throw InputError(*options.addresses, 1, "expected \"address = \" and seven numbers");
         }
     }
@@ -95,9 +95,10 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
     if (!report.isUsable()) {
         throw InputError("--program", "the filter is not sent: " + report.warnings.front());
     }
+    const auto writes = EqualizerGroup(true, report.words);
     ConnectLink(run.ampLink);
-    run.amplifier.biqEnabled = true;
-    run.ProgramAmplifier();
+    WriteUninterrupted(run.ampLink, writes);
+    CompareReadBack(run.ampLink, writes);
     std::printf("Programmed the amplifier\n");
 }
 
@@ -107,9 +108,8 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 // LinkError, or the InputError of a filter that must not be sent, leaves the files written.
 void design(const DesignOptions& options) {
     const std::vector<std::string> outputs = outputsOf(options);
-    ExpectDistinctFiles(outputs,
-                        {options.request.response.path, options.request.target.value_or(""),
-                         options.addresses.value_or("")});
+    PrepareOutputs(outputs, {options.request.response.path, options.request.target.value_or(""),
+                             FileOfDevice(options.request.device), options.addresses.value_or("")});
     if (!options.plot.output.empty()) {
         CheckPictureOptions(options.plot);
     }
@@ -140,25 +140,39 @@ void AddDesignCommand(Command& program) {
     AddDesignOptions(command, source, request);
     source.flag("--measure", request.measure, "Measure the response through the audio device");
     AddDeviceOptions(command, request.device, "--device-timeout");
-    command.option("-o,--output", options->output, "Filter file to write").required();
+    command.option("-o,--output", options->output, "Filter file to write").required().fileName();
     command
         .option("--format", options->format,
                 "Lines of the filter file: 20 (a section a line) or 4 (a word a line)")
         .oneOf(std::vector<int32_t>{20, 4});
-    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg");
-    command.option("--report", options->report,
-                   "File with the figures of the design: .html for a page, else JSON");
+    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg")
+        .fileName();
+    command
+        .option("--report", options->report,
+                "File with the figures of the design: .html for a page, else JSON")
+        .fileName();
     AddExportOption(command, options->exports);
     const CommandOption plot =
-        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf");
+        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf")
+            .fileName();
     for (CommandOption& look : AddPictureLooks(command, options->plot)) {
         look.needs(plot);
     }
+    command
+        .option(
+            "--solver", options->solver,
+            "What solves the equations of the fit: lattice, or LAPACK's dgelsd, which takes ten "
+            "times as long and is as close")
+        .oneOf(std::vector<std::string>{"lattice", "lapack"});
     command.flag("--program", options->program,
                  "Send the filter to the amplifier through the link server");
     AddLinkOptions(command, request.link);
     command.footer("Example: tonvane-cli design speaker.qsr -o filters.txt --gain-clamp -6");
-    command.action([options] { design(*options); });
+    command.action([options] {
+        options->request.solver =
+            options->solver == "lapack" ? FitSolver::lapack : FitSolver::lattice;
+        design(*options);
+    });
 }
 
 }  // namespace tonvane

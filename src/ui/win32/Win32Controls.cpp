@@ -12,6 +12,7 @@ namespace {
 
 constexpr int pointsPerInch = 72;
 constexpr UINT_PTR trackingSubclass = 1;
+constexpr UINT_PTR wheelSubclass = 2;
 
 // Keeps a flag that says whether the left button holds the slider.
 LRESULT CALLBACK trackButton(HWND slider, UINT message, WPARAM wParam, LPARAM lParam,
@@ -22,6 +23,18 @@ LRESULT CALLBACK trackButton(HWND slider, UINT message, WPARAM wParam, LPARAM lP
         RemoveWindowSubclass(slider, trackButton, trackingSubclass);
     }
     return DefSubclassProc(slider, message, wParam, lParam);
+}
+
+// Keeps the wheel away from a control that has not got the keyboard.
+LRESULT CALLBACK ignoreStrayWheel(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
+                                  UINT_PTR /*id*/, DWORD_PTR /*data*/) {
+    if (message == WM_MOUSEWHEEL && GetFocus() != control) {
+        return 0;
+    }
+    if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(control, ignoreStrayWheel, wheelSubclass);
+    }
+    return DefSubclassProc(control, message, wParam, lParam);
 }
 
 }  // namespace
@@ -38,6 +51,10 @@ LRESULT Win32DialogHost::ask(int id, UINT message, WPARAM wParam, LPARAM lParam)
 void Win32DialogHost::setUpControls() {
     for (const DialogItem& item : template_->items) {
         const HWND window = control(item.id);
+        if (item.kind == ControlKind::dropList || item.kind == ControlKind::pathList ||
+            item.kind == ControlKind::slider) {
+            SetWindowSubclass(window, ignoreStrayWheel, wheelSubclass, 0);
+        }
         if (item.kind == ControlKind::pathList) {
             SetUpPathBox(window);
         } else if (item.kind == ControlKind::slider) {
@@ -66,9 +83,14 @@ std::string Win32DialogHost::text(int id) const {
 }
 
 void Win32DialogHost::enable(int id, bool enabled) {
-    if (const HWND window = control(id)) {
-        EnableWindow(window, enabled ? TRUE : FALSE);
+    const HWND window = control(id);
+    if (window == nullptr) {
+        return;
     }
+    if (!enabled && GetFocus() == window) {
+        SetFocus(window_);  // a disabled one would keep the keys to itself
+    }
+    EnableWindow(window, enabled ? TRUE : FALSE);
 }
 
 void Win32DialogHost::show(int id, bool visible) {
