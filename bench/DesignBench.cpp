@@ -27,6 +27,8 @@ void Analysis(benchmark::State& state) {
     for (auto _ : state) {
         run.analyzer->reset();
         run.analyzer->loadImpulse(sampleRate, responseLength, run.response);
+        benchmark::DoNotOptimize(run.analyzer->polarity() + run.analyzer->cutoffHz());
+        benchmark::DoNotOptimize(run.analyzer->phaseDegrees()[1]);
     }
 }
 
@@ -54,10 +56,22 @@ void WholeDesign(benchmark::State& state) {
     }
 }
 
+// A knot is dragged up and down.
+void MovedTarget(benchmark::State& state) {
+    Run run;
+    DesignTaps(*run.analyzer, *run.designer);
+    TargetRecord target = tiltedTarget;
+    for (auto _ : state) {
+        target.points[3].level = (target.points[3].level + 1) % 4;
+        DesignForTarget(target, *run.designer, run.fitter);
+    }
+}
+
 BENCHMARK(Analysis)->Unit(benchmark::kMillisecond);
 BENCHMARK(FirDesign)->Unit(benchmark::kMillisecond);
 BENCHMARK(Fit)->Unit(benchmark::kMillisecond);
 BENCHMARK(WholeDesign)->Unit(benchmark::kMillisecond);
+BENCHMARK(MovedTarget)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tonvane::bench

@@ -1,5 +1,5 @@
-// What a design cannot do without: the fifty bare calls of dgelsd, on the equations that the fit
-// of the synthetic response sets up.
+// The fifty equations that the fit of the synthetic response sets up: bare calls of dgelsd, the
+// measure of the designs, and the lattice that takes their place.
 #include <algorithm>
 #include <memory>
 #include <span>
@@ -10,9 +10,13 @@
 #include "SyntheticSpeaker.h"
 #include "design/DesignGrid.h"
 #include "design/Lapack.h"
+#include "design/LapackPasses.h"
+#include "design/LatticeSolver.h"
 
 namespace tonvane::bench {
 namespace {
+
+constexpr int32_t order = 2 * sectionCount;
 
 struct Equation {
     std::vector<double> matrix;  // column by column
@@ -25,13 +29,20 @@ std::vector<Equation> equationsOfTheFit() {
     std::vector<Equation> equations;
     const auto analyzer = std::make_unique<ResponseAnalyzer>();
     const auto designer = std::make_unique<EqDesigner>();
-    IirFitter fitter;
-    fitter.equationObserver = [&](std::span<const double> matrix, std::span<const double> rhs,
-                                  int32_t rows, int32_t cols) {
+    analyzer->loadImpulse(sampleRate, responseLength, SyntheticResponse());
+    DesignTaps(*analyzer, *designer);
+    LapackPasses passes;
+    passes.observer = [&](std::span<const double> matrix, std::span<const double> rhs, int32_t rows,
+                          int32_t cols) {
         equations.push_back({{matrix.begin(), matrix.end()}, {rhs.begin(), rhs.end()}, rows, cols});
     };
-    analyzer->loadImpulse(sampleRate, responseLength, SyntheticResponse());
-    DesignWhole(*analyzer, *designer, fitter);
+    std::vector<double> numerator(order + 1);
+    std::vector<double> denominator(order + 1);
+    denominator[0] = 1.0;
+    passes.start(sampleRate, designer->firTaps.first(tapCount), order);
+    for (int32_t pass = 0; pass < IirFitter::passes; ++pass) {
+        passes.run(numerator, denominator);
+    }
     return equations;
 }
 
@@ -84,6 +95,42 @@ void FiftySolves(benchmark::State& state) {
     }
 }
 
+// What the lattice takes: the prefilter, the rest of the prefiltered FIR, and the FIR's first tap.
+struct Signals {
+    std::vector<double> p;
+    std::vector<double> y;
+    double first;
+};
+
+std::vector<Signals> signalsOf(const std::vector<Equation>& equations) {
+    std::vector<Signals> signals;
+    for (const Equation& equation : equations) {
+        Signals& s = signals.emplace_back();
+        s.p.assign(equation.matrix.begin(), equation.matrix.begin() + FitPasses::prefilterLength);
+        s.y.assign(equation.rhs.begin(), equation.rhs.end() - order);
+        s.first = s.y[0] / s.p[0];
+        for (size_t t = 0; t < s.p.size(); ++t) {
+            s.y[t] -= s.first * s.p[t];
+        }
+    }
+    return signals;
+}
+
+void FiftyLattices(benchmark::State& state) {
+    const std::vector<Signals> signals = signalsOf(equationsOfTheFit());
+    std::vector<double> numerator(order + 1);
+    std::vector<double> denominator(order + 1);
+    LatticeSolver solver;
+    solver.resize(order, static_cast<int32_t>(signals[0].y.size()));
+    for (auto _ : state) {
+        for (const Signals& s : signals) {
+            solver.solve(s.p, s.y, s.first, numerator, denominator);
+            benchmark::DoNotOptimize(numerator[0]);
+        }
+    }
+}
+
+BENCHMARK(FiftyLattices)->Unit(benchmark::kMillisecond);
 BENCHMARK(FiftySolves)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -57,13 +57,19 @@ void DesignTaps(const ResponseAnalyzer& analyzer, EqDesigner& designer) {
     designer.designFir(sampleRate);
 }
 
-void DesignWhole(ResponseAnalyzer& analyzer, EqDesigner& designer, IirFitter& fitter) {
+void DesignWhole(const ResponseAnalyzer& analyzer, EqDesigner& designer, IirFitter& fitter) {
     DesignTaps(analyzer, designer);
-    analyzer.predictFir(designer.firTaps.first(tapCount), gainClampDb);
     fitter.configure(sampleRate, designer.firTaps.first(tapCount), sectionCount, designLength,
                      gainClampDb);
     fitter.fit();
-    analyzer.predictIir(fitter.numerator[0], fitter.denominator[0], gainClampDb);
+}
+
+void DesignForTarget(const TargetRecord& target, EqDesigner& designer, IirFitter& fitter) {
+    designer.setTarget(target, savedCurve);
+    designer.designFir(sampleRate);
+    fitter.configure(sampleRate, designer.firTaps.first(tapCount), sectionCount, designLength,
+                     gainClampDb);
+    fitter.fit();
 }
 
 }  // namespace tonvane::bench

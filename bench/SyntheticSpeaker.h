@@ -24,8 +24,11 @@ std::vector<double> SyntheticResponse();
 // A gently falling target.
 extern const TargetRecord tiltedTarget;
 
-// One design from an analysed response to the filter words and the two predictions.
-void DesignWhole(ResponseAnalyzer& analyzer, EqDesigner& designer, IirFitter& fitter);
+// One design from an analysed response to the filter words.
+void DesignWhole(const ResponseAnalyzer& analyzer, EqDesigner& designer, IirFitter& fitter);
+
+// From a moved target to the words, the response being prepared.
+void DesignForTarget(const TargetRecord& target, EqDesigner& designer, IirFitter& fitter);
 
 // Target, preparation and level search, the part of it that ends with the taps.
 void DesignTaps(const ResponseAnalyzer& analyzer, EqDesigner& designer);

@@ -47,8 +47,7 @@ void checkRoundTrip(const RegisterAddressConfig& config) {
     }
     text += "\noutput_format = " + std::to_string(config.outputFormat) + "\n";
     RegisterAddressConfig back;
-    Require(LoadRegisterAddressFile(ScratchFile(text, "written"), back) == 2,
-            "both keys are found");
+    Require(ParseRegisterAddresses(text, back) == 2, "both keys are found");
     Require(back.addresses == config.addresses, "addresses come back");
     Require(back.outputFormat == config.outputFormat, "the format comes back");
 }
@@ -70,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace tonvane::fuzz;
     const std::string_view input = TextOf(data, size);
     RegisterAddressConfig config;
-    const int32_t found = LoadRegisterAddressFile(ScratchFile(input), config);
+    const int32_t found = ParseRegisterAddresses(input, config);
     Require(found >= 0 && found <= 2, "there are two keys");
     Require(config.outputFormat == 4 || config.outputFormat == 20, "there are two formats");
     const RegisterAddressConfig defaults;

@@ -112,7 +112,7 @@ bool runForPerson(const Input& input) {
         values.ResponseIsCsv = input.format != "qsr";
         if (values.ResponseIsCsv) {
             InputNotes notes;
-            ReadLevelTable(ScratchFile(contents, "response"), run->csvTable, notes);
+            ParseLevelTable("response", contents, run->csvTable, notes);
         } else {
             contents.resize(responseFileBytes);
             response = ReadCheckedResponseFile(ScratchFile(contents, "response"));

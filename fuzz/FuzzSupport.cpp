@@ -82,6 +82,6 @@ bool SilentMessages::confirm(const std::string& /*text*/, const std::string& /*c
     return true;
 }
 
-void SilentMessages::status(int /*line*/, const std::string& /*text*/) {}
+void SilentMessages::status(int /*line*/, const std::string& /*text*/, StatusNews /*news*/) {}
 
 }  // namespace tonvane::fuzz

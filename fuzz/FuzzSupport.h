@@ -46,7 +46,7 @@ class SilentMessages : public Messages {
   public:
     void error(const std::string& text) override;
     bool confirm(const std::string& text, const std::string& caption) override;
-    void status(int line, const std::string& text) override;
+    void status(int line, const std::string& text, StatusNews news) override;
 
     int errors = 0;
     int questions = 0;

@@ -12,16 +12,16 @@ namespace {
 
 // What is written from samples is read back as their float32 values.
 void checkRewritten(const std::vector<double>& samples, int32_t rate) {
-    const std::string path = ScratchFile(FormatWaveFile(rate, samples), "again.wav");
     InputNotes strict(true);
-    const SoundChannel again = ReadSoundChannel(path, std::nullopt, strict);
+    const SoundChannel again =
+        ReadSoundChannel("again.wav", FormatWaveFile(rate, samples), std::nullopt, strict);
     Require(again.rate == rate && again.samples.size() == samples.size(),
             "a wave file is read back");
     for (size_t i = 0; i < samples.size(); ++i) {
         Require(again.samples[i] == static_cast<double>(static_cast<float>(samples[i])),
                 "with the samples that were written");
     }
-    Require(ReadRawSamples(ScratchFile(FormatRawSamples(samples), "again.f32")) == again.samples,
+    Require(ParseRawSamples("again.f32", FormatRawSamples(samples)) == again.samples,
             "and raw samples are the same");
 }
 
@@ -52,15 +52,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace tonvane;
     const std::string_view input = TextOf(data, size);
     const uint32_t hash = HashOf(input);
-    const std::string path = ScratchFile(input, "input.wav");
+    const std::string path = "input.wav";
     const auto channel = hash % 4 == 0 ? std::nullopt : std::optional<int32_t>(hash % 4);
     SpeakerResponse response{};
     InputNotes notes;
     const bool isSound = Accepts([&] {
-        SoundChannel sound = ReadSoundChannel(path, channel, notes);
+        SoundChannel sound = ReadSoundChannel(path, std::string(input), channel, notes);
         response = {sound.rate, std::move(sound.samples)};
     });
-    if (!isSound && !Accepts([&] { response = {48000, ReadRawSamples(path)}; })) {
+    if (!isSound && !Accepts([&] { response = {48000, ParseRawSamples(path, input)}; })) {
         return 0;
     }
     checkImpulse(path, std::move(response));

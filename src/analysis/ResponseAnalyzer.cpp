@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "analysis/CutoffSearch.h"
 #include "analysis/PhaseCurve.h"
@@ -38,14 +39,18 @@ void ResponseAnalyzer::reset() {
     sampleRate = 0.0;
     length = 0;
     bins = 0;
-    polarity = 0;
+    polarity_ = 0;
     delaySamples = 0;
-    cutoffHz = 80;
+    cutoffHz_ = 80;
+    isPhasePending_ = false;
+    isCutoffPending_ = false;
+    isPolarityPending_ = false;
     timeMin = -1.0;
     timeMax = 1.0;
 }
 
 void ResponseAnalyzer::loadImpulse(double rate, int32_t n, std::span<const double> impulse) {
+    ++loads;
     sampleRate = rate;
     valid = true;
     length = n;
@@ -68,6 +73,7 @@ void ResponseAnalyzer::loadCapture(CTestSignal& signal, std::span<const double> 
 }
 
 void ResponseAnalyzer::loadMagnitudes(double rate, int32_t n, std::span<const double> magnitudes) {
+    ++loads;
     sampleRate = rate;
     valid = true;
     length = n;
@@ -91,14 +97,10 @@ void ResponseAnalyzer::analyse() {
     response.forward();
     bins = static_cast<int32_t>(response.spectrum.size());
     const std::span<const double> x = response.time();
-    const int32_t first = findOnset(x);
-    delaySamples = first - onsetLead;
-
-    phaseDegrees.ensure(length);
-    ComputePhaseCurve(x, first, phaseDegrees.first(bins));
-    cutoffCurve.ensure(bins);
-    cutoffHz = SearchCutoff(response, sampleRate, cutoffCurve.first(bins));
-    polarity = FindPolarity(response, sampleRate, first, polarityProbe);
+    delaySamples = findOnset(x) - onsetLead;
+    isPhasePending_ = true;
+    isCutoffPending_ = true;
+    isPolarityPending_ = true;
 
     timeMin = 0.0;
     timeMax = 0.0;
@@ -108,31 +110,100 @@ void ResponseAnalyzer::analyse() {
     }
 }
 
-void ResponseAnalyzer::predictFir(std::span<const double> taps, double gainDb) {
-    const double g = levelFactor(gainDb);
-    firPrediction.resize(length);
-    firPrediction.setSamplesPadded(taps);
-    firPrediction.forward();
-    for (int32_t k = 0; k < bins; ++k) {
-        auto& bin = firPrediction.spectrum[k];
-        bin = elementary::Product(response.spectrum[k] * g, bin);
+int32_t ResponseAnalyzer::polarity() const {
+    if (isPolarityPending_) {
+        isPolarityPending_ = false;
+        SpectrumBuffer probe;
+        polarity_ = FindPolarity(response, sampleRate, delaySamples + onsetLead, probe);
     }
+    return polarity_;
+}
+
+void ResponseAnalyzer::searchCutoff() const {
+    if (isCutoffPending_) {
+        isCutoffPending_ = false;
+        cutoffCurve_.resize(bins);
+        cutoffHz_ = SearchCutoff(response, sampleRate, cutoffCurve_);
+    }
+}
+
+int32_t ResponseAnalyzer::cutoffHz() const {
+    searchCutoff();
+    return cutoffHz_;
+}
+
+std::span<const double> ResponseAnalyzer::cutoffCurve() const {
+    searchCutoff();
+    return cutoffCurve_;
+}
+
+std::span<const double> ResponseAnalyzer::phaseDegrees() const {
+    if (isPhasePending_) {
+        isPhasePending_ = false;
+        phaseDegrees_.resize(bins);
+        ComputePhaseCurve(response.time(), delaySamples + onsetLead, phaseDegrees_);
+    }
+    return phaseDegrees_;
+}
+
+void ResponseAnalyzer::predictFir(std::span<const double> taps, double gainDb) {
+    fir_.isPending = true;
+    fir_.numerator.assign(taps.begin(), taps.end());
+    fir_.gainDb = gainDb;
 }
 
 void ResponseAnalyzer::predictIir(std::span<const double> numerator,
                                   std::span<const double> denominator, double gainDb) {
-    const double g = levelFactor(gainDb);
-    iirPrediction.resize(length);
-    iirPrediction.setSamplesPadded(numerator);
-    iirPrediction.forward();
-    iirDenominator.resize(length);
-    iirDenominator.setSamplesPadded(denominator);
-    iirDenominator.forward();
-    for (int32_t k = 0; k < bins; ++k) {
-        auto& bin = iirPrediction.spectrum[k];
-        const auto quotient = elementary::Quotient(bin, iirDenominator.spectrum[k]);
-        bin = elementary::Product(response.spectrum[k], quotient * g);
+    iir_.isPending = true;
+    iir_.filter = nullptr;
+    iir_.numerator.assign(numerator.begin(), numerator.end());
+    iir_.denominator.assign(denominator.begin(), denominator.end());
+    iir_.gainDb = gainDb;
+}
+
+void ResponseAnalyzer::predictFilter(std::function<ComplexVector(int32_t)> filter) {
+    iir_.isPending = true;
+    iir_.filter = std::move(filter);
+}
+
+const ComplexVector& ResponseAnalyzer::firPrediction() const {
+    return predicted(fir_);
+}
+
+const ComplexVector& ResponseAnalyzer::iirPrediction() const {
+    return predicted(iir_);
+}
+
+const ComplexVector& ResponseAnalyzer::predicted(Prediction& prediction) const {
+    if (!prediction.isPending || !valid) {
+        return prediction.bins.spectrum;
     }
+    prediction.isPending = false;
+    ComplexVector& filter = prediction.bins.spectrum;
+    prediction.bins.resize(length);
+    if (prediction.filter) {
+        std::ranges::transform(response.spectrum, prediction.filter(bins), filter.begin(),
+                               elementary::Product);
+        return filter;
+    }
+    const double g = levelFactor(prediction.gainDb);
+    prediction.bins.setSamplesPadded(prediction.numerator);
+    prediction.bins.forward();
+    if (prediction.denominator.empty()) {
+        for (int32_t k = 0; k < bins; ++k) {
+            filter[k] = elementary::Product(response.spectrum[k] * g, filter[k]);
+        }
+        return filter;
+    }
+    SpectrumBuffer denominator;
+    denominator.resize(length);
+    denominator.setSamplesPadded(prediction.denominator);
+    denominator.forward();
+    for (int32_t k = 0; k < bins; ++k) {
+        const auto quotient = elementary::Quotient(filter[k], denominator.spectrum[k]);
+        filter[k] = elementary::Product(response.spectrum[k], quotient * g);
+    }
+    return filter;
 }
 
 }  // namespace tonvane

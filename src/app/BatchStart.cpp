@@ -5,6 +5,7 @@
 
 #include "app/CommandLine.h"
 #include "app/ConsoleMessages.h"
+#include "platform/System.h"
 #include "transform/FftTables.h"
 #include "tuning/DesignReport.h"
 #include "tuning/TuningRun.h"
@@ -15,7 +16,7 @@ namespace {
 
 // A calling tool sees only the words: what is wrong with them must not pass in silence.
 void warnOfUnusableWords(const TuningRun& run, const ProgramValues& values) {
-    if (!run.responseAnalyzer.valid) {
+    if (!run.responseAnalyzer.valid || HasPlainlyUsableWords(run.iirFitter)) {
         return;
     }
     const DesignReport report = MakeDesignReport(run, values);
@@ -34,13 +35,18 @@ int RunBatchStart(std::span<const std::string> arguments) {
     values.AppDirectory = WorkingDirectory();
     InitFftTables(responseLength);
     const auto run = std::make_unique<TuningRun>(values, messages);
-    run->promptOnExit =
-        InterpretCommandLine(TokenizeCommandLine(CommandTail(arguments)), values, messages);
+    const std::string tail = CommandLineAsTyped().value_or(CommandTail(arguments));
+    InterpretCommandLine(TokenizeCommandLine(tail), values, messages);
+    if (values.ResponseFilePath.empty()) {
+        messages.warning(
+            "no response is given, so nothing is written: expected -cmd RATE RESPONSE "
+            "qsr|csv FILTERS TARGET -noprompt");
+    }
     run->InitTuningState();
 
-    run->promptOnExit = false;  // nobody is there to ask
-    run->SaveFiltersOnExit();
+    run->SaveFiltersOnExit();  // nobody is there to ask
     warnOfUnusableWords(*run, values);
+    FreeFftTables();
     return 0;
 }
 

@@ -9,10 +9,20 @@
 #include "app/commands/Commands.h"
 #include "commandline/CommandParser.h"
 #include "platform/System.h"
+#include "transform/FftTables.h"
 
 namespace {
 
 constexpr int badInput = 1;
+
+// What was printed has to have got there as well.
+int withOutput(int exitCode) {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+        return exitCode;
+    }
+    std::fprintf(stderr, "tonvane-cli: standard output cannot be written\n");
+    return badInput;
+}
 
 int runForPerson(const std::vector<std::string>& arguments) {
     tonvane::CommandParser program("Tunes small loudspeakers behind a digital amplifier.",
@@ -22,7 +32,9 @@ int runForPerson(const std::vector<std::string>& arguments) {
     for (const auto& add : tonvane::allCommands) {
         add(program);
     }
-    return program.run(arguments);
+    const int exitCode = program.run(arguments);
+    tonvane::FreeFftTables();
+    return exitCode;
 }
 
 }  // namespace
@@ -34,7 +46,7 @@ int main(int argc, char** argv) {
         if (!arguments.empty() && arguments[0] == "-cmd") {
             return tonvane::RunBatchStart(arguments);
         }
-        return runForPerson(arguments);
+        return withOutput(runForPerson(arguments));
     } catch (const tonvane::Interrupted& error) {
         tonvane::PrintLastError(error.what());
         return tonvane::Interrupted::exitCode;

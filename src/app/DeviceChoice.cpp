@@ -30,11 +30,16 @@ void AddDeviceOptions(Command& command, DeviceOptions& options, const std::strin
         .showDefault();
 }
 
+std::string FileOfDevice(const DeviceOptions& options) {
+    const std::string& wanted = options.device;
+    return wanted.starts_with(speakerPrefix) ? wanted.substr(speakerPrefix.size()) : std::string();
+}
+
 ChosenDevice ChooseDevice(const DeviceOptions& options) {
     const std::string usual = std::to_string(defaultDeviceId);
     const std::string& wanted = options.device.empty() ? usual : options.device;
-    if (wanted.starts_with(speakerPrefix)) {
-        return simulatedSpeaker(wanted.substr(speakerPrefix.size()));
+    if (const std::string file = FileOfDevice(options); !file.empty()) {
+        return simulatedSpeaker(file);
     }
     DeviceGuard guard(options.limit());
     guard.expect(options.limit(), options.device + (options.device.empty() ? "" : ": ") +

@@ -25,6 +25,9 @@ struct DeviceOptions {
 void AddDeviceOptions(Command& command, DeviceOptions& options,
                       const std::string& timeoutName = "--timeout");
 
+// The response that the named device is made of; empty for other devices.
+std::string FileOfDevice(const DeviceOptions& options);
+
 struct ChosenDevice {
     std::string name;
     std::unique_ptr<CWaveDevice> device;

@@ -46,21 +46,31 @@ void AddDesignOptions(Command& command, Command& source, DesignRequest& request)
                    "Sample rate in Hz, 8000 to 192000, of a table (48000 if not given) or of raw "
                    "samples");
     AddInputOptions(command, request.response);
-    command.option("--target", request.target, "Target file; without one the target is flat");
+    command.option("--target", request.target, "Target file; without one the target is flat")
+        .fileName();
     command
         .option("--gain-clamp", request.gainClamp,
                 "Loudness given up for the correction, 0 to -12 dB; ahead of the target file's (-6 "
                 "without either)")
         .range(-12, 0);
+    command
+        .option("--fit", request.fit,
+                "How the biquads are found: refined (against the wanted correction) or iterated "
+                "(against the FIR, as a calling tool gets them)")
+        .oneOf(std::vector{FitName(FitMethod::refined), FitName(FitMethod::iterated)})
+        .showDefault();
 }
 
 std::unique_ptr<FinishedDesign> DesignResponse(const DesignRequest& request) {
     auto design = std::make_unique<FinishedDesign>();
     design->notes = InputNotes(request.response.strict);
     readTarget(request, design->values);
+    design->values.fitMethod =
+        request.fit == FitName(FitMethod::refined) ? FitMethod::refined : FitMethod::iterated;
     InitFftTables(responseLength);
     design->run = std::make_unique<TuningRun>(design->values, design->messages, nullptr,
                                               request.link.port, MakeTransport(request.link));
+    design->run->iirFitter.solver = request.solver;
     takeResponse(request, *design);
     design->run->responseReady = true;
     design->run->RunDesign();

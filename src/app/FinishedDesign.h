@@ -28,11 +28,13 @@ struct DesignRequest {
     DeviceOptions device;               // on which device
     std::optional<std::string> target;  // target file; flat without one
     std::optional<int32_t> gainClamp;   // dB, 0 to -12; ahead of the target file's; else usual
-    LinkOptions link;                   // how the run reaches an amplifier
+    std::string fit = FitName(FitMethod::refined);
+    FitSolver solver = FitSolver::lattice;
+    LinkOptions link;  // how the run reaches an amplifier
 };
 
 // The response, in the group of what a response can come from, and what it is designed for: --rate,
-// --channel, --strict, --target, --gain-clamp.
+// --channel, --strict, --target, --gain-clamp, --fit.
 void AddDesignOptions(Command& command, Command& source, DesignRequest& request);
 
 // A design that has gone through.

@@ -62,10 +62,10 @@ std::string verdict(const DesignReport& report) {
 
 // What the highest gain found says about the promise that nothing is boosted.
 std::string boundText(const DesignReport& report) {
-    const double bound = report.highestGain.db + report.gainClampDb;
-    std::string text = figure("{:+.2f} dB", report.highestGain.db) +
-                       figure(" at {:.1f} Hz", report.highestGain.hertz) +
-                       figure(", the highest of {:.0f} frequencies", report.highestGain.points);
+    const HighestGain& highest = report.chain.highestGain;
+    const double bound = highest.db + report.gainClampDb;
+    std::string text = figure("{:+.2f} dB", highest.db) + figure(" at {:.1f} Hz", highest.hertz) +
+                       figure(", the highest of {:.0f} frequencies", highest.points);
     if (report.gainClampDb < 0.0) {
         text += figure("; with the {:.0f} dB of the gain clamp ", report.gainClampDb) +
                 figure("that is {:+.2f} dB against the FIR's bound of 0 dB", bound);
@@ -73,11 +73,17 @@ std::string boundText(const DesignReport& report) {
     return text;
 }
 
+std::string apart(const Difference& difference) {
+    return figure("{:.3f} dB RMS, at most ", difference.rmsDb) +
+           figure("{:.3f} dB", difference.largestDb) +
+           figure(" at {:.0f} Hz", difference.largestHz);
+}
+
 using Figure = std::pair<const char*, std::string>;
 
 std::vector<Figure> figuresOf(const DesignReport& report) {
     std::vector<Figure> figures{{"Sample rate", std::to_string(report.sampleRate) + " Hz"}};
-    figures.reserve(16);
+    figures.reserve(20);
     if (report.hasTimeSignal) {
         const char* polarity = report.polarity > 0   ? "positive"
                                : report.polarity < 0 ? "negative"
@@ -95,17 +101,23 @@ std::vector<Figure> figuresOf(const DesignReport& report) {
     figures.emplace_back("Off the target",
                          figure("{:.2f} dB RMS as measured, ", report.deviationBeforeDb) +
                              figure("{:.2f} dB RMS equalized", report.deviationAfterDb));
-    figures.emplace_back("Biquads off the FIR",
-                         figure("{:.2f} dB RMS, at most ", report.fitRmsDb) +
-                             figure("{:.2f} dB", report.fitLargestDb) +
-                             figure(" at {:.0f} Hz", report.fitLargestHz) +
-                             figure(" (pass {:.0f} of 50", report.fitPass) +
-                             figure(", distance {:.4f})", report.fitDistance));
-    figures.emplace_back("Words off the designed biquads",
-                         figure("{:.4f} dB RMS, at most ", report.quantisationRmsDb) +
-                             figure("{:.4f} dB", report.quantisationLargestDb) +
-                             figure(" at {:.0f} Hz", report.quantisationLargestHz));
+    figures.emplace_back("Fit of the biquads",
+                         report.fitMethod == FitMethod::refined
+                             ? "refined: against the wanted correction"
+                             : figure("iterated: pass {:.0f} of 50", report.fitPass) +
+                                   figure(", distance {:.4f}", report.fitDistance));
+    figures.emplace_back("Words off the wanted correction", apart(report.fromWanted));
+    figures.emplace_back("Words off the FIR", apart(report.fromFir));
+    figures.emplace_back("Words off the designed biquads", apart(report.quantisation));
     figures.emplace_back("Highest gain of the words", boundText(report));
+    const ChainFigures& chain = report.chain;
+    figures.emplace_back("Level inside above the output's",
+                         figure("{:.1f} dB", chain.insideDb) +
+                             figure(" behind section {:.0f}", chain.insideSection) +
+                             figure(" at {:.0f} Hz", chain.insideHertz));
+    figures.emplace_back("Rounding noise at the output",
+                         figure("{:.1f} dB above that of one rounding", chain.noiseDb));
+    figures.emplace_back("Largest Q", figure("{:.1f}", chain.largestQ));
     figures.emplace_back("Largest pole radius",
                          figure("{:.6f}", report.largestPoleRadius) +
                              (report.largestPoleRadius < 1.0 ? " (stable)" : " (unstable)"));

@@ -32,6 +32,12 @@ Json sectionsJson(std::span<const Biquad> sections, std::span<const int32_t> wor
     return list;
 }
 
+Json differenceJson(const Difference& difference) {
+    return {{"rmsDb", difference.rmsDb},
+            {"largestDb", difference.largestDb},
+            {"largestHz", difference.largestHz}};
+}
+
 }  // namespace
 
 std::string FormatJsonReport(const DesignReport& report) {
@@ -48,17 +54,22 @@ std::string FormatJsonReport(const DesignReport& report) {
     json["loudnessRatioDb"] = report.loudnessRatioDb;
     json["deviationBeforeDb"] = report.deviationBeforeDb;
     json["deviationAfterDb"] = report.deviationAfterDb;
-    json["fit"] = {{"distance", report.fitDistance},
-                   {"pass", report.fitPass},
-                   {"rmsDb", report.fitRmsDb},
-                   {"largestDb", report.fitLargestDb},
-                   {"largestHz", report.fitLargestHz}};
-    json["quantisation"] = {{"rmsDb", report.quantisationRmsDb},
-                            {"largestDb", report.quantisationLargestDb},
-                            {"largestHz", report.quantisationLargestHz}};
-    json["highestGain"] = {{"db", report.highestGain.db},
-                           {"hz", report.highestGain.hertz},
-                           {"points", report.highestGain.points}};
+    json["fit"] = differenceJson(report.fromFir);
+    json["fit"]["method"] = FitName(report.fitMethod);
+    if (report.fitMethod == FitMethod::iterated) {
+        json["fit"]["distance"] = report.fitDistance;
+        json["fit"]["pass"] = report.fitPass;
+    }
+    json["wanted"] = differenceJson(report.fromWanted);
+    json["quantisation"] = differenceJson(report.quantisation);
+    const ChainFigures& chain = report.chain;
+    json["highestGain"] = {{"db", chain.highestGain.db},
+                           {"hz", chain.highestGain.hertz},
+                           {"points", chain.highestGain.points}};
+    json["inside"] = {
+        {"db", chain.insideDb}, {"section", chain.insideSection}, {"hz", chain.insideHertz}};
+    json["noiseDb"] = chain.noiseDb;
+    json["largestQ"] = chain.largestQ;
     json["largestPoleRadius"] = report.largestPoleRadius;
     json["poleRadii"] = report.poleRadii;
     json["wrappedCoefficients"] = report.wrappedCoefficients;
@@ -66,6 +77,7 @@ std::string FormatJsonReport(const DesignReport& report) {
     json["curves"] = {{"frequencyHz", report.curves.frequency},
                       {"targetDb", report.curves.target},
                       {"measuredDb", report.curves.measured},
+                      {"wantedDb", report.curves.wanted},
                       {"firDb", report.curves.fir},
                       {"filterDb", report.curves.filter}};
     json["warnings"] = report.warnings;

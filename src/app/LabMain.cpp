@@ -19,6 +19,7 @@ int runLab(int argc, char** argv) {
                                    "tonvane-lab " TONVANE_VERSION);
     tonvane::WindowOptions options;
     options.simulatedDevice = true;
+    options.fitMethod = tonvane::FitMethod::refined;
     program
         .option("--port", options.linkPort, "Port of the amplifier's link server on this computer")
         .range(1, 65535);

@@ -202,8 +202,8 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
     measurement.TakeCapture();
     expectUsableResponse(run, name);
     report.delaySamples = run.responseAnalyzer.delaySamples;
-    report.polarity = run.responseAnalyzer.polarity;
-    report.cutoffHz = run.responseAnalyzer.cutoffHz;
+    report.polarity = run.responseAnalyzer.polarity();
+    report.cutoffHz = run.responseAnalyzer.cutoffHz();
     judgeDelay(engine, run, report);
     return report;
 }

@@ -11,30 +11,21 @@ namespace tonvane {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-bool isSameFile(const fs::path& a, const fs::path& b) {
-    std::error_code ignored;
-    const auto place = [&](const fs::path& path) {
-        return fs::weakly_canonical(fs::absolute(path, ignored), ignored);
-    };
-    return place(a) == place(b) || fs::equivalent(a, b, ignored);
-}
-
-}  // namespace
-
-void ExpectDistinctFiles(const std::vector<std::string>& outputs, std::vector<std::string> inputs) {
+void PrepareOutputs(const std::vector<std::string>& outputs, std::vector<std::string> inputs) {
     for (const std::string& output : outputs) {
         std::error_code ignored;
         const fs::path place = PathOf(output);
         const bool special = fs::exists(place, ignored) && !fs::is_regular_file(place, ignored);
         const bool used = std::ranges::any_of(inputs, [&](const std::string& other) {
-            return !other.empty() && isSameFile(place, PathOf(other));
+            return !other.empty() && IsSameFile(output, other);
         });
         if (used && !special) {
             throw InputError(output, "would overwrite another file of this command");
         }
         inputs.push_back(output);
+    }
+    if (std::ranges::any_of(outputs, IsStandardOutput)) {
+        PrintToStandardError();
     }
 }
 

@@ -9,9 +9,11 @@
 
 namespace tonvane {
 
-// Throws InputError when one of the outputs is also an input or another output, under whatever
-// name; it would be lost. Empty names stand for nothing; pipes and devices are not looked at.
-void ExpectDistinctFiles(const std::vector<std::string>& outputs, std::vector<std::string> inputs);
+// Makes ready to write a command's outputs. Throws InputError when one of them is also an input or
+// another output, under whatever name; it would be lost. Empty names stand for nothing; pipes and
+// devices are not looked at. Where one is standard output, what the command prints goes to standard
+// error from now on.
+void PrepareOutputs(const std::vector<std::string>& outputs, std::vector<std::string> inputs);
 
 // Writes all files or none; throws InputError for the one that cannot be written.
 void WriteOutputs(std::span<const NewContents> files);

@@ -10,7 +10,6 @@
 #include "files/InputError.h"
 #include "files/LevelTable.h"
 #include "files/RateRange.h"
-#include "platform/FileAccess.h"
 #include "soundfile/SoundFile.h"
 
 namespace tonvane {
@@ -62,19 +61,19 @@ InputKind kindOfContent(std::string_view start) {
                                        " Hz asked for; responses are not resampled");
 }
 
-SpeakerResponse readImpulse(InputKind kind, const ResponseOptions& options, InputNotes& notes) {
-    const std::string& path = options.path;
-    if (kind == InputKind::speakerResponse) {
-        return ReadCheckedResponseFile(path);
+SpeakerResponse readImpulse(const ResponseOptions& options, InputFile& file, InputNotes& notes) {
+    const std::string& path = file.path;
+    if (file.kind == InputKind::speakerResponse) {
+        return ParseResponseFile(path, file.bytes);
     }
     SpeakerResponse response{};
-    if (kind == InputKind::raw) {
+    if (file.kind == InputKind::raw) {
         if (!options.rate) {
             throw InputError(path, "raw samples come without a sample rate; give it with --rate");
         }
-        response = {*options.rate, ReadRawSamples(path)};
+        response = {*options.rate, ParseRawSamples(path, file.bytes)};
     } else {
-        SoundChannel sound = ReadSoundChannel(path, options.channel, notes);
+        SoundChannel sound = ReadSoundChannel(path, std::move(file.bytes), options.channel, notes);
         response = {sound.rate, std::move(sound.samples)};
     }
     response.samples = FitImpulse(path, std::move(response.samples), notes);
@@ -82,24 +81,11 @@ SpeakerResponse readImpulse(InputKind kind, const ResponseOptions& options, Inpu
     return response;
 }
 
-}  // namespace
-
-void AddInputOptions(Command& command, ResponseOptions& options) {
-    command.option("--channel", options.channel, "Channel of a wave file, from 1");
-    command.flag("--strict", options.strict, "Refuse a response where something has to be guessed");
-}
-
-InputKind KindOfInput(const std::string& path, InputNotes& notes) {
+// By the content, but for raw samples.
+InputKind kindOf(const std::string& path, std::string_view bytes, InputNotes& notes) {
     constexpr size_t startBytes = 512;
-    const auto start = ReadBinaryFile(path, startBytes);
-    if (!start) {
-        throw InputError(path, "cannot be opened");
-    }
-    if (start->empty()) {
-        throw InputError(path, "the file is empty; expected a speaker response or a table");
-    }
     const auto byName = kindOfName(path);
-    const InputKind byContent = kindOfContent(*start);
+    const InputKind byContent = kindOfContent(bytes.substr(0, startBytes));
     if (byName == InputKind::raw && byContent != InputKind::wave) {
         return InputKind::raw;
     }
@@ -112,28 +98,48 @@ InputKind KindOfInput(const std::string& path, InputNotes& notes) {
     return byContent;
 }
 
-ResponseInput ReadResponse(const ResponseOptions& options, InputNotes& notes) {
-    return ReadResponse(options, KindOfInput(options.path, notes), notes);
+}  // namespace
+
+void AddInputOptions(Command& command, ResponseOptions& options) {
+    command.option("--channel", options.channel, "Channel of a wave file, from 1");
+    command.flag("--strict", options.strict, "Refuse a response where something has to be guessed");
 }
 
-ResponseInput ReadResponse(const ResponseOptions& options, InputKind kind, InputNotes& notes) {
+InputFile ReadInputFile(const std::string& path, InputNotes& notes) {
+    constexpr size_t mostBytes = size_t{512} << 20U;
+    InputFile file{path, InputKind::table, ReadInputBytes(path, mostBytes + 1)};
+    if (file.bytes.empty()) {
+        throw InputError(path, "the file is empty; expected a speaker response or a table");
+    }
+    if (file.bytes.size() > mostBytes) {
+        throw InputError(path, "expected a file of at most 512 MB");
+    }
+    file.kind = kindOf(path, file.bytes, notes);
+    return file;
+}
+
+ResponseInput ReadResponse(const ResponseOptions& options, InputNotes& notes) {
+    return ReadResponse(options, ReadInputFile(options.path, notes), notes);
+}
+
+ResponseInput ReadResponse(const ResponseOptions& options, InputFile file, InputNotes& notes) {
     if (options.rate && !IsUsableRate(*options.rate)) {
         throw InputError("--rate", "expected " + std::string(usableRates));
     }
-    if (kind == InputKind::filters) {
+    if (file.kind == InputKind::filters) {
         throw InputError(options.path, 1, "is a filter file; expected a speaker's response");
     }
     ResponseInput input;
-    input.isTable = kind == InputKind::table;
+    input.isTable = file.kind == InputKind::table;
     if (input.isTable) {
-        ReadLevelTable(options.path, input.table, notes);
+        ParseLevelTable(options.path, file.bytes, input.table, notes);
     } else {
-        input.impulse = readImpulse(kind, options, notes);
+        input.impulse = readImpulse(options, file, notes);
         if (options.rate.value_or(input.impulse.rate) != input.impulse.rate) {
             refuseRate(options, input.impulse.rate);
         }
     }
-    if (options.channel && kind != InputKind::wave) {
+    if (options.channel && file.kind != InputKind::wave) {
         throw InputError("--channel", "only a wave file has channels");
     }
     return input;

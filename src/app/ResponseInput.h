@@ -25,10 +25,17 @@ void AddInputOptions(Command& command, ResponseOptions& options);
 
 enum class InputKind { table, wave, raw, speakerResponse, filters };
 
-// The kind of a file: by its content, but for raw samples, which are told by the extensions .f32
-// and .raw alone. A name that promises another kind is noted as a guess. Throws InputError for a
-// file that is missing or empty.
-InputKind KindOfInput(const std::string& path, InputNotes& notes);
+// A file as it was read, once from its start to its end: it may be a pipe.
+struct InputFile {
+    std::string path;
+    InputKind kind;
+    std::string bytes;
+};
+
+// Reads a file and tells its kind: by its content, but for raw samples, which are told by the
+// extensions .f32 and .raw alone. A name that promises another kind is noted as a guess. Throws
+// InputError for a file that cannot be read, is empty or has more than 512 MB.
+InputFile ReadInputFile(const std::string& path, InputNotes& notes);
 
 // A response that has been read and checked: a table of rising frequencies, or 32768 samples.
 struct ResponseInput {
@@ -41,8 +48,8 @@ struct ResponseInput {
 // asked for: nothing is resampled.
 ResponseInput ReadResponse(const ResponseOptions& options, InputNotes& notes);
 
-// The same for a file whose kind has been found.
-ResponseInput ReadResponse(const ResponseOptions& options, InputKind kind, InputNotes& notes);
+// The same for a file that has been read.
+ResponseInput ReadResponse(const ResponseOptions& options, InputFile file, InputNotes& notes);
 
 // Starts the run with the response and its rate (48000 Hz for a table without one). A table ends at
 // half the rate then, with a note of what that cut or left open.

@@ -27,7 +27,7 @@ class StartMessages : public Messages {
     bool confirm(const std::string& /*text*/, const std::string& /*caption*/) override {
         return true;
     }
-    void status(int /*line*/, const std::string& /*text*/) override {}
+    void status(int /*line*/, const std::string& /*text*/, StatusNews /*news*/) override {}
 };
 
 // The toolkit ends the process where there is none.
@@ -69,6 +69,7 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
 
     ProgramValues values;
     values.AppDirectory = WorkingDirectory();
+    values.fitMethod = options.fitMethod;
     InitFftTables(responseLength);
     StartMessages messages;
     const bool promptOnExit =
@@ -84,7 +85,9 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
     if (!options.layoutFile.empty()) {
         writeLayout(window->host(), options.layoutFile);
     }
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    FreeFftTables();
+    return exitCode;
 }
 
 }  // namespace tonvane

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "link/AmpLink.h"
+#include "tuning/ProgramValues.h"
 #include "ui/qt/DialogWindow.h"
 
 namespace tonvane {
@@ -15,6 +16,7 @@ struct WindowOptions {
     uint16_t linkPort = CAmpLink::defaultPort;
     std::string layoutFile{};      // gets the places of the controls, for whoever drives the window
     bool simulatedDevice = false;  // on the device menu as well
+    FitMethod fitMethod = FitMethod::iterated;
 };
 
 // Runs a batch start ("-cmd ...") or a plain one in the window that `makeWindow` makes, to its end.

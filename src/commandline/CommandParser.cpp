@@ -28,6 +28,13 @@ CommandOption& CommandOption::notNegative() {
     return *this;
 }
 
+CommandOption& CommandOption::fileName() {
+    option_->check(
+        [](const std::string& word) { return word.empty() ? "Expected the name of a file" : ""; },
+        "FILE");
+    return *this;
+}
+
 CommandOption& CommandOption::oneOf(const std::vector<std::string>& words) {
     option_->check(CLI::IsMember(words));
     return *this;

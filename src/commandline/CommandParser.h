@@ -32,6 +32,9 @@ class CommandOption {
     // Any number that is not below 0.
     CommandOption& notNegative();
 
+    // The name of a file: anything but an empty word.
+    CommandOption& fileName();
+
     // One of these and nothing else.
     CommandOption& oneOf(const std::vector<std::string>& words);
     CommandOption& oneOf(const std::vector<int32_t>& numbers);

@@ -46,6 +46,23 @@ std::vector<double> CascadeResponseDb(std::span<const int32_t> words,
     return CascadeResponseDb(DecodeBiquads(words), frequencies, sampleRate);
 }
 
+ComplexVector CascadeSpectrum(std::span<const Biquad> sections, int32_t points) {
+    ComplexVector spectrum(points);
+    for (int32_t i = 0; i < points; ++i) {
+        const auto z = elementary::UnitPhasor(-std::numbers::pi * i / (points - 1));
+        const auto polynomial = [z](double c0, double c1, double c2) {
+            return c0 + elementary::Product(z, c1 + c2 * z);
+        };
+        std::complex<double> response = 1.0;
+        for (const auto& [b0, b1, b2, a1, a2] : sections) {
+            response = elementary::Product(
+                response, elementary::Quotient(polynomial(b0, b1, b2), polynomial(1.0, a1, a2)));
+        }
+        spectrum[i] = response;
+    }
+    return spectrum;
+}
+
 std::vector<double> FirResponseDb(std::span<const double> taps, std::span<const double> frequencies,
                                   int32_t sampleRate) {
     std::vector<double> response(frequencies.size());

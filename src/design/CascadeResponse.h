@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "amplifier/BiquadWords.h"
+#include "transform/ComplexVector.h"
 
 namespace tonvane {
 
@@ -17,7 +18,10 @@ std::vector<double> CascadeResponseDb(std::span<const Biquad> sections,
 std::vector<double> CascadeResponseDb(std::span<const int32_t> words,
                                       std::span<const double> frequencies, int32_t sampleRate);
 
-// The same of a FIR filter.
+// The chain's complex response at i*pi/(points - 1), from 0 to half the sample rate.
+ComplexVector CascadeSpectrum(std::span<const Biquad> sections, int32_t points);
+
+// The decibels of a FIR filter.
 std::vector<double> FirResponseDb(std::span<const double> taps, std::span<const double> frequencies,
                                   int32_t sampleRate);
 

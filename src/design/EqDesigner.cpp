@@ -12,7 +12,6 @@ namespace tonvane {
 
 namespace {
 
-constexpr int32_t searchPasses = 16;
 constexpr double loudnessLowHz = 40.0;
 
 }  // namespace
@@ -42,17 +41,27 @@ void EqDesigner::buildBandWeight() {
 }
 
 // x^3*exp(-x) entered at its maximum x = 3, so that it starts at exactly 1 with zero slope.
-void EqDesigner::applyGate(std::span<const double> impulse, int32_t first) {
+void EqDesigner::shapeGate() {
+    if (gateRate_ == sampleRate && gateTime_ == gateMs) {
+        return;
+    }
+    gateRate_ = sampleRate;
+    gateTime_ = gateMs;
     const auto gateSamples = static_cast<int64_t>(sampleRate) * gateMs;
     const double timeConstant = static_cast<double>(gateSamples) / 1000.0 / 5.0;
     for (int32_t i = 0; i < responseLength; ++i) {
-        double w = 1.0;
-        if (i >= first) {
-            const double x = (i - first) / timeConstant + 3.0;
-            w = x * x * x * elementary::Exp(3.0 - x) / 27.0;
-        }
-        gate[i] = w;
-        measured.samples[i] = impulse[i] * w;
+        const double x = i / timeConstant + 3.0;
+        gateFall_[i] = x * x * x * elementary::Exp(3.0 - x) / 27.0;
+    }
+}
+
+void EqDesigner::applyGate(std::span<const double> impulse, int32_t first) {
+    shapeGate();
+    const auto onset = gate.begin() + std::clamp(first, 0, responseLength);
+    std::fill(gate.begin(), onset, 1.0);
+    std::copy(gateFall_.begin(), gateFall_.begin() + (gate.end() - onset), onset);
+    for (int32_t i = 0; i < responseLength; ++i) {
+        measured.samples[i] = impulse[i] * gate[i];
     }
 }
 
@@ -65,6 +74,7 @@ void EqDesigner::prepareFromImpulse(std::span<const double> impulse, int32_t del
     std::copy_n(impulse.begin(), responseLength, measured.time().begin());
     measured.forward();
     measuredLoudness = bandWeight.energy(measured.spectrum);
+    search_.takeResponse(measured.spectrum, bandWeight);
 }
 
 void EqDesigner::prepareFromSpectrum(const ComplexVector& spectrum) {
@@ -72,6 +82,7 @@ void EqDesigner::prepareFromSpectrum(const ComplexVector& spectrum) {
     std::copy_n(spectrum.begin(), responseBins, measured.spectrum.begin());
     SmoothSpectrum(measured.spectrum, smoothingScratch, measuredPower);
     measuredLoudness = bandWeight.energy(measured.spectrum);
+    search_.takeResponse(measured.spectrum, bandWeight);
 }
 
 void EqDesigner::designFir(int32_t outputRate) {
@@ -82,16 +93,17 @@ void EqDesigner::designFir(int32_t outputRate) {
     }
 
     // Bisection of the logarithm over 160 dB. The last midpoint stands, whichever side it is on.
-    double high = 10000.0 * top;
-    double low = 1e-12 * top;
-    for (int32_t pass = 0; pass < searchPasses; ++pass) {
-        level = std::sqrt(low * high);
-        trial(level, wantedRatio);
-        (wantedRatio < loudnessRatio ? high : low) = level;
-    }
+    level = search_.find({targetPower, measuredPower, passband, wantedRatio, tapCount}, top,
+                         [&](double midpoint) {
+                             trial(midpoint, wantedRatio);
+                             return loudnessRatio;
+                         });
+    trial(level, wantedRatio);
 
     resampleCurve(outputRate, loudnessRatio);
-    minimumPhase(designPower);
+    if (designPower != filterPower) {  // else the trial's filter is the result
+        minimumPhase(designPower);
+    }
 
     firSpectrum.resize(designPoints);
     std::ranges::transform(firWork.spectrum, firSpectrum.begin(),

@@ -12,6 +12,7 @@
 
 #include "design/BandWeight.h"
 #include "design/DesignGrid.h"
+#include "design/LevelSearch.h"
 #include "design/TargetRecord.h"
 #include "transform/SampleArray.h"
 #include "transform/SpectrumBuffer.h"
@@ -78,7 +79,13 @@ class EqDesigner {
 
   private:
     void buildBandWeight();
+    void shapeGate();
     void applyGate(std::span<const double> impulse, int32_t first);
+
+    LevelSearch search_;
+    int32_t gateRate_ = 0;  // of gateFall_
+    int32_t gateTime_ = 0;
+    std::array<double, responseLength> gateFall_{};  // the gate from the onset on
 };
 
 }  // namespace tonvane

@@ -6,28 +6,26 @@
 // error H - B/A. The pass with the smallest squared log-magnitude distance to the FIR, on a
 // geometric row of frequencies from 50 Hz to 15 kHz, is kept. Nothing is reported, and a pole
 // outside the unit circle is kept as it comes; look at LargestPoleRadius (CascadeResponse.h).
+// docs/numerics.md tells what the fast passes were held against.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <functional>
+#include <memory>
 #include <span>
 #include <vector>
 
 #include "amplifier/BiquadWords.h"
+#include "design/FitPasses.h"
+#include "transform/ComplexVector.h"
 #include "transform/SampleArray.h"
-#include "transform/SpectrumBuffer.h"
 
 namespace tonvane {
 
 class IirFitter {
   public:
     static constexpr int32_t passes = 50;
-    static constexpr int32_t comparisonPoints = 513;
-
-    // The equation of one pass, A column by column; for benchmarks.
-    using EquationObserver = std::function<void(
-        std::span<const double> matrix, std::span<const double> rhs, int32_t rows, int32_t cols)>;
+    static constexpr int32_t comparisonPoints = FitPasses::comparisonPoints;
 
     // Takes the FIR and the sizes and frees an earlier result. sampleRate in Hz, above 0;
     // curvePoints is the transform length of the magnitude curves; gainClampDb is the level drop
@@ -41,6 +39,11 @@ class IirFitter {
     // Frequencies of the comparison, Hz: 50*300^(i/512).
     static std::array<double, comparisonPoints> comparisonFrequencies();
 
+    // |numerator[i]/denominator[i]| from 0 to half the rate in the real parts, made when it is
+    // asked for; 0 before fit.
+    const ComplexVector& curve(int32_t i) const;
+
+    FitSolver solver = FitSolver::lattice;
     int32_t sampleRate = 0;    // Hz
     int32_t sectionCount = 0;  // K
     int32_t tapCount = 0;      // length of the FIR
@@ -52,7 +55,6 @@ class IirFitter {
     // denominator[i][0] = 1; empty before fit.
     std::array<std::vector<double>, 2> numerator;
     std::array<std::vector<double>, 2> denominator;
-    std::array<ComplexVector, 2> curve;  // their magnitudes in the real parts, 0 to fs/2
 
     // K sections: complex roots first, by rising frequency. The gain is shared evenly among them,
     // without the level drop; NaN where its root does not exist.
@@ -62,21 +64,14 @@ class IirFitter {
     std::array<double, passes> distances{};  // of each pass, squared decimal logs summed
     double bestDistance = 0.0;
     int32_t bestPass = -1;  // 0 to 49; -1 when no pass gave a number
-    EquationObserver equationObserver;
 
   private:
-    struct Workspace;
-
-    void shapePrefilter(Workspace& work);
-    void filterFir(Workspace& work);
-    void solvePass(Workspace& work);
     void encodeSections();
 
-    SpectrumBuffer denominatorWork_;
-    SpectrumBuffer shape_;
-    SpectrumBuffer firLong_;
-    SpectrumBuffer shapeLong_;
-    SpectrumBuffer filtered_;
+    std::unique_ptr<FitPasses> passes_;
+    FitSolver solverOfPasses_ = FitSolver::lattice;
+    mutable std::array<ComplexVector, 2> curve_;
+    mutable std::array<bool, 2> hasCurve_{};
 };
 
 }  // namespace tonvane

@@ -11,4 +11,7 @@ namespace tonvane {
 // minus infinity) gives NaN.
 void MinimumPhaseFromLog(SpectrumBuffer& shape, SpectrumBuffer& work);
 
+// The same with the fast elementary functions, whose last places are others.
+void FastMinimumPhaseFromLog(SpectrumBuffer& shape, SpectrumBuffer& work);
+
 }  // namespace tonvane

@@ -3,7 +3,6 @@
 // Both look up a double-double in a table that the compiler makes from the series, and leave a
 // small rest to a short one (Tang 1989, 1990). They come out as double-doubles with an error below
 // 2^-64 of the value, so that rounding them to a double gives the nearest one in nearly all cases.
-#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -11,56 +10,11 @@
 
 #include "elementary/DoubleDouble.h"
 #include "elementary/Elementary.h"
+#include "elementary/ExponentialTables.h"
 
 namespace tonvane::elementary {
 
 namespace {
-
-constexpr int32_t powerSteps = 64;
-constexpr int32_t logSteps = 128;
-constexpr int32_t firstLogStep = 90;  // of 128: numbers from about 0.707 to 1.414
-constexpr int32_t lastLogStep = 182;
-
-// 2^(i/64).
-consteval std::array<DoubleDouble, powerSteps> powersOfTwo() {
-    std::array<DoubleDouble, powerSteps> table{};
-    for (int32_t i = 0; i < powerSteps; ++i) {
-        const DoubleDouble x = naturalLogOf2 * DoubleDouble{i / 64.0, 0.0};
-        DoubleDouble term{1.0, 0.0};
-        DoubleDouble sum = term;
-        for (int32_t n = 1; n < 28; ++n) {
-            term = term * x / DoubleDouble{static_cast<double>(n), 0.0};
-            sum = sum + term;
-        }
-        table[static_cast<size_t>(i)] = sum;
-    }
-    return table;
-}
-
-struct LogStep {
-    DoubleDouble log;
-    double inverse;  // 1/c to the nearest double
-};
-
-// ln(c) for c = i/128, i from firstLogStep, by the series of the inverse hyperbolic tangent.
-consteval std::array<LogStep, lastLogStep - firstLogStep + 1> logarithms() {
-    std::array<LogStep, lastLogStep - firstLogStep + 1> table{};
-    for (int32_t i = firstLogStep; i <= lastLogStep; ++i) {
-        const DoubleDouble z = DoubleDouble{static_cast<double>(i - logSteps), 0.0} /
-                               DoubleDouble{static_cast<double>(i + logSteps), 0.0};
-        DoubleDouble power = z + z;
-        DoubleDouble sum = power;
-        for (int32_t n = 3; n < 46; n += 2) {
-            power = power * z * z;
-            sum = sum + power / DoubleDouble{static_cast<double>(n), 0.0};
-        }
-        table[static_cast<size_t>(i - firstLogStep)] = {sum, static_cast<double>(logSteps) / i};
-    }
-    return table;
-}
-
-constexpr auto powerTable = powersOfTwo();
-constexpr auto logTable = logarithms();
 
 // 2^exponent for exponents of normal numbers.
 double powerOfTwo(int32_t exponent) {

@@ -33,13 +33,9 @@ bool findKey(TextScanner& scanner, std::string_view key) {
 
 }  // namespace
 
-int32_t LoadRegisterAddressFile(const std::string& path, RegisterAddressConfig& config) {
+int32_t ParseRegisterAddresses(std::string_view text, RegisterAddressConfig& config) {
     config = RegisterAddressConfig();
-    const auto text = ReadTextFile(path);
-    if (!text) {
-        return 0;
-    }
-    TextScanner scanner(*text);
+    TextScanner scanner(text);
     int32_t found = 0;
     if (findKey(scanner, "address")) {
         ++found;
@@ -60,8 +56,10 @@ int32_t LoadRegisterAddressFile(const std::string& path, RegisterAddressConfig& 
     return found;
 }
 
-int32_t LoadRegisterAddressConfig(const std::string& folder, RegisterAddressConfig& config) {
-    return LoadRegisterAddressFile(folder + RegisterAddressConfig::fileName, config);
+int32_t LoadRegisterAddressConfig(const std::string& folder, RegisterAddressConfig& config,
+                                  ReadFault* fault) {
+    const auto text = ReadTextFile(folder + RegisterAddressConfig::fileName, fault);
+    return ParseRegisterAddresses(text.value_or(""), config);
 }
 
 }  // namespace tonvane

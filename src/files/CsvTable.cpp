@@ -39,37 +39,48 @@ bool CsvTable::add(double hertz, double decibels) {
     return true;
 }
 
+// As a loop of fscanf over "%lf,%lf\n" to the end of the file.
 bool ReadCsvRows(const std::string& path, CsvTable& table) {
     table.count = 0;
-    const auto text = ReadTextFile(path);
+    const auto text = ReadBinaryFile(path, longestText);
     if (!text) {
         return false;
     }
     TextScanner scanner(*text);
     double hertz = 0.0;
     double decibels = 0.0;
-    bool complete = true;
-    while (complete && !scanner.atEnd()) {
+    table.isWhole = true;
+    for (size_t before = 1; !scanner.sawEnd() && scanner.position() != before;) {
+        before = scanner.position();
         const auto first = scanner.real();
         hertz = first.value_or(hertz);
         const auto second = first && scanner.literal(',') ? scanner.real() : std::nullopt;
         decibels = second.value_or(decibels);
-        complete = second.has_value();
-        if (!complete && table.count == 0) {
+        if (second) {
+            scanner.skipSpace();
+        } else if (table.count == 0) {
             return false;
         }
-        if (!table.add(hertz, decibels)) {
+        const bool hasRoom = table.add(hertz, decibels);
+        table.isWhole = table.isWhole && second && hasRoom;
+        if (!hasRoom) {
             break;
         }
-        scanner.skipSpace();
     }
-    return table.count > 0;
+    return true;
 }
 
+// A row whose frequency is no number stays where it is, and no other row passes it.
 void SortCsvRows(CsvTable& table) {
     std::vector<int32_t> order(table.count);
     std::iota(order.begin(), order.end(), 0);
-    std::ranges::stable_sort(order, {}, [&](int32_t row) { return table.frequency[row]; });
+    const auto frequencyOf = [&](int32_t row) { return table.frequency[row]; };
+    for (auto begin = order.begin(); begin != order.end();) {
+        const auto end = std::find_if(begin, order.end(),
+                                      [&](int32_t row) { return std::isnan(frequencyOf(row)); });
+        std::ranges::stable_sort(begin, end, {}, frequencyOf);
+        begin = end == order.end() ? end : end + 1;
+    }
     const auto reorder = [&](std::vector<double>& column) {
         std::vector<double> sorted(table.count);
         std::ranges::transform(order, sorted.begin(), [&](int32_t row) { return column[row]; });

@@ -15,6 +15,7 @@ struct CsvTable {
     std::vector<double> level;      // column 2, dB
     int32_t capacity = 0;           // rows of each column; maximumRows once allocated
     int32_t count = 0;              // rows read
+    bool isWhole = true;            // ReadCsvRows has understood every line, and read them all
 
     // Whether an import has ever made the columns. They are kept from then on.
     [[nodiscard]] bool allocated() const { return !frequency.empty(); }
@@ -27,12 +28,13 @@ struct CsvTable {
 };
 
 // Reads the rows of a file, at most maximumRows, into an allocated table: a frequency, a comma
-// right behind it, a level. The read ends at the first line of another form; that line counts as
-// one more row, with what it lacks taken from the row before. False when the file cannot be opened
-// or no row could be read; the table then has no rows.
+// right behind it, a level. A line of another form is one more row, with what it lacks taken from
+// the row before, and reading goes on behind what was understood of it; it ends where nothing was.
+// False when the file cannot be read or its first row lacks something; the table then has no rows.
 bool ReadCsvRows(const std::string& path, CsvTable& table);
 
-// Rising frequencies; rows of equal frequency keep their order.
+// Rising frequencies; rows of equal frequency keep their order. A row whose frequency is no number
+// keeps its place and divides those ahead of it from those behind.
 void SortCsvRows(CsvTable& table);
 
 // Ends a sorted table at half the rate: rows above it are cut, and a row at exactly half the rate

@@ -46,7 +46,12 @@ DesignParameters LoadDesignParameterFile(const std::string& path,
 
 std::optional<std::string> SaveDesignParameterFile(const std::string& path,
                                                    const DesignParameters& parameters) {
-    ProfileText profile(ReadTextFile(path).value_or(""));
+    ReadFault fault;
+    const auto before = ReadTextFile(path, &fault);
+    if (!before && !fault.isMissing) {
+        return fault.reason;
+    }
+    ProfileText profile(before.value_or(""));
     profile.setInteger(globalSection, curveKey, parameters.targetCurveIndex);
     profile.setInteger(globalSection, gainKey, parameters.gainIndex);
     for (int32_t c = 0; c < curveCount; ++c) {

@@ -64,7 +64,10 @@ std::string FormatFilterFile(std::span<const int32_t> words, const RegisterAddre
 }
 
 std::array<FilterRecord, 7> ReadCheckedFilterFile(const std::string& path) {
-    const std::string text = ReadInputText(path);
+    return ParseFilterFile(path, ReadInputText(path));
+}
+
+std::array<FilterRecord, 7> ParseFilterFile(const std::string& path, std::string_view text) {
     std::array<FilterRecord, 7> records{};
     constexpr size_t allWords = records.size() * wordsPerBiquad;
     size_t words = 0;  // read so far
@@ -98,6 +101,9 @@ std::array<FilterRecord, 7> ReadCheckedFilterFile(const std::string& path) {
             }
             record.words[words++ % wordsPerBiquad] = *word;
         }
+    }
+    if (line == 0) {
+        throw InputError(path, "the file is empty; expected seven sections");
     }
     if (words != allWords) {
         throw InputError(path, line, "the file ends before the end of the seventh section");

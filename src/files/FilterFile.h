@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "amplifier/BiquadWords.h"
 #include "files/AddressConfig.h"
@@ -28,5 +29,8 @@ struct FilterRecord {
 // line for anything else, such as an address of more than seven digits or a word beyond 26 bits.
 // Blank lines and blanks at a line's end are passed over.
 std::array<FilterRecord, 7> ReadCheckedFilterFile(const std::string& path);
+
+// The same for a text that has been read; `path` is for the messages.
+std::array<FilterRecord, 7> ParseFilterFile(const std::string& path, std::string_view text);
 
 }  // namespace tonvane

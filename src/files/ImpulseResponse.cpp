@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 #include <fmt/core.h>
 
@@ -20,6 +21,10 @@ constexpr double onsetShare = 0.1;                // of the peak: where a respon
 constexpr double negligible = 1e-4;               // share of the energy that may be cut
 constexpr size_t bytesPerValue = 4;               // float32
 constexpr size_t longestRaw = size_t{64} << 20U;  // bytes
+
+// What the formats of float32 samples hold with all of their digits.
+constexpr double loudest = std::numeric_limits<float>::max();
+constexpr double faintest = std::numeric_limits<float>::min();
 
 double energyOf(std::span<const double> samples) {
     double energy = 0.0;
@@ -40,14 +45,15 @@ size_t onsetOf(std::span<const double> samples) {
 }
 
 void checkSamples(const std::string& path, std::span<const double> samples) {
-    const auto bad = std::ranges::find_if_not(
-        samples, [](double sample) { return std::isfinite(sample) && std::fabs(sample) < 1e100; });
+    const auto bad = std::ranges::find_if_not(samples, [](double sample) {
+        return std::isfinite(sample) && std::fabs(sample) <= loudest;
+    });
     if (bad != samples.end()) {
         throw InputError(
             path, "sample " + std::to_string(bad - samples.begin()) + " is not a usable number");
     }
     const bool silent =
-        std::ranges::all_of(samples, [](double sample) { return std::fabs(sample) < 1e-100; });
+        std::ranges::all_of(samples, [](double sample) { return std::fabs(sample) < faintest; });
     if (silent) {
         throw InputError(path, "the response is silence");
     }
@@ -104,16 +110,14 @@ std::vector<double> FitImpulse(const std::string& path, std::vector<double> samp
     return {begin, begin + static_cast<ptrdiff_t>(wantedSamples)};
 }
 
-std::vector<double> ReadRawSamples(const std::string& path) {
-    const std::string bytes = ReadInputBytes(path, longestRaw + 1);
+std::vector<double> ParseRawSamples(const std::string& path, std::string_view bytes) {
     if (bytes.empty() || bytes.size() > longestRaw || bytes.size() % bytesPerValue != 0) {
         throw InputError(path, "expected float32 samples, four bytes each, up to 64 MB; found " +
-                                   std::to_string(bytes.size()) + " bytes" +
-                                   (bytes.size() > longestRaw ? " and more" : ""));
+                                   std::to_string(bytes.size()) + " bytes");
     }
     std::vector<double> samples(bytes.size() / bytesPerValue);
     for (size_t i = 0; i < samples.size(); ++i) {
-        const auto value = std::string_view(bytes).substr(i * bytesPerValue, bytesPerValue);
+        const auto value = bytes.substr(i * bytesPerValue, bytesPerValue);
         samples[i] = std::bit_cast<float>(LoadLittleEndian<uint32_t>(value));
     }
     return samples;

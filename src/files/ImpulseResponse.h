@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "files/InputNotes.h"
@@ -11,7 +12,8 @@
 namespace tonvane {
 
 // Throws InputError for a rate outside 8000 to 192000 Hz, samples that are no usable numbers, or
-// silence. `path` is for the messages.
+// silence: a float32 holds every sample, and the loudest with all of its digits. `path` is for the
+// messages.
 void CheckSpeakerResponse(const std::string& path, const SpeakerResponse& response);
 
 // Brings samples to responseFileSamples. Shorter ones get zeros at the end, which is noted. Of
@@ -22,8 +24,8 @@ std::vector<double> FitImpulse(const std::string& path, std::vector<double> samp
                                InputNotes& notes);
 
 // The samples of a file of little-endian float32 values and nothing else; throws InputError for one
-// that cannot be opened, is empty, too long or ends inside a value.
-std::vector<double> ReadRawSamples(const std::string& path);
+// that is empty, too long or ends inside a value. `path` is for the messages.
+std::vector<double> ParseRawSamples(const std::string& path, std::string_view bytes);
 
 // The bytes of such a file.
 std::string FormatRawSamples(std::span<const double> samples);

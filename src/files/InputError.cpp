@@ -9,9 +9,11 @@ namespace tonvane {
 
 namespace {
 
-std::string expected(const std::string& path, std::optional<std::string> contents) {
+std::string expected(const std::string& path, std::optional<std::string> contents,
+                     const ReadFault& fault) {
     if (!contents) {
-        throw InputError(path, "cannot be opened");
+        throw InputError(path,
+                         fault.wasOpened ? "cannot be read: " + fault.reason : "cannot be opened");
     }
     return std::move(*contents);
 }
@@ -25,11 +27,15 @@ InputError::InputError(const std::string& file, int line, const std::string& com
     : std::runtime_error(file + ":" + std::to_string(line) + ": " + complaint) {}
 
 std::string ReadInputText(const std::string& path) {
-    return expected(path, ReadTextFile(path));
+    ReadFault fault;
+    auto text = ReadTextFile(path, &fault);
+    return expected(path, std::move(text), fault);
 }
 
 std::string ReadInputBytes(const std::string& path, size_t most) {
-    return expected(path, ReadBinaryFile(path, most));
+    ReadFault fault;
+    auto bytes = ReadBinaryFile(path, most, &fault);
+    return expected(path, std::move(bytes), fault);
 }
 
 }  // namespace tonvane

@@ -209,6 +209,10 @@ void mergeEqual(const std::string& path, std::vector<TableRow>& rows, InputNotes
 
 void ParseLevelTable(const std::string& path, const std::string& bytes, CsvTable& table,
                      InputNotes& notes) {
+    if (bytes.size() > longestText) {
+        throw InputError(path,
+                         "expected a table of at most " + std::to_string(longestText) + " bytes");
+    }
     const std::string text = DecodeText(bytes);
     const Sheet sheet = sortLines(path, SplitLines(text), notes);
     if (sheet.rows.empty()) {
@@ -229,15 +233,6 @@ void ParseLevelTable(const std::string& path, const std::string& bytes, CsvTable
                                        " rows, found " + std::to_string(rows.size()));
         }
     }
-}
-
-void ReadLevelTable(const std::string& path, CsvTable& table, InputNotes& notes) {
-    const std::string bytes = ReadInputBytes(path, longestText + 1);
-    if (bytes.size() > longestText) {
-        throw InputError(path,
-                         "expected a table of at most " + std::to_string(longestText) + " bytes");
-    }
-    ParseLevelTable(path, bytes, table, notes);
 }
 
 void FitTableToRate(const std::string& path, CsvTable& table, int32_t sampleRate,

@@ -15,15 +15,13 @@
 
 namespace tonvane {
 
-// Reads the file into an allocated table with rising frequencies, none of them twice. Throws
-// InputError, with the line, for what cannot be understood: a row with other numbers than the rows
-// above have, a frequency below 0 or above 1 GHz, a level beyond 400 dB, no row or more than
-// CsvTable::maximumRows. Notes what was passed over and, as guesses: the meaning of commas where
-// both meanings give numbers, header lines that begin with a digit, the level among more than two
-// columns besides the phase, rows of one frequency with different levels (the last one counts).
-void ReadLevelTable(const std::string& path, CsvTable& table, InputNotes& notes);
-
-// The same for a text that has been read; `path` is for the messages.
+// Reads a file's bytes into an allocated table with rising frequencies, none of them twice; `path`
+// is for the messages. Throws InputError, with the line, for what cannot be understood: a row with
+// other numbers than the rows above have, a frequency below 0 or above 1 GHz, a level beyond 400
+// dB, no row or more than CsvTable::maximumRows, more bytes than longestText. Notes what was passed
+// over and, as guesses: the meaning of commas where both meanings give numbers, header lines that
+// begin with a digit, the level among more than two columns besides the phase, rows of one
+// frequency with different levels (the last one counts).
 void ParseLevelTable(const std::string& path, const std::string& bytes, CsvTable& table,
                      InputNotes& notes);
 

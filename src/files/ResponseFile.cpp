@@ -35,13 +35,14 @@ std::string FindLowerCasePath(const std::string& path) {
     return exists(status) && !is_directory(status) ? lower : path;
 }
 
-bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> samples) {
+std::optional<size_t> ReadResponseFile(const std::string& path, int32_t& rate,
+                                       std::span<double> samples) {
     const auto bytes = ReadBinaryFile(path, responseFileBytes);
     if (!bytes) {
-        return false;
+        return std::nullopt;
     }
     decode(*bytes, rate, samples);
-    return true;
+    return bytes->size();
 }
 
 std::string FormatResponseFile(int32_t rate, std::span<const double> samples) {
@@ -59,7 +60,10 @@ bool WriteResponseFile(const std::string& path, int32_t rate, std::span<const do
 }
 
 SpeakerResponse ReadCheckedResponseFile(const std::string& path) {
-    const std::string bytes = ReadInputBytes(path, responseFileBytes + 1);
+    return ParseResponseFile(path, ReadInputBytes(path, responseFileBytes + 1));
+}
+
+SpeakerResponse ParseResponseFile(const std::string& path, std::string_view bytes) {
     if (bytes.size() != responseFileBytes) {
         const bool isLonger = bytes.size() > responseFileBytes;
         throw InputError(path, "expected a speaker response of " +

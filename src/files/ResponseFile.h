@@ -6,8 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "design/DesignGrid.h"
@@ -18,9 +20,11 @@ constexpr int32_t responseFileSamples = responseLength;
 constexpr size_t responseFileBytes =
     sizeof(int32_t) + static_cast<size_t>(responseFileSamples) * sizeof(double);
 
-// False if the file cannot be opened, with nothing changed. A short file gives what it holds: the
-// rate and the samples behind its end stay as they were. `samples` has 32768 elements.
-bool ReadResponseFile(const std::string& path, int32_t& rate, std::span<double> samples);
+// The number of bytes read, at most responseFileBytes; nothing if the file cannot be opened or
+// read, with nothing changed. A short file gives what it holds: the rate and the samples behind its
+// end stay as they were. `samples` has 32768 elements.
+std::optional<size_t> ReadResponseFile(const std::string& path, int32_t& rate,
+                                       std::span<double> samples);
 
 // The path in lower case if such a file (not a folder) exists, otherwise the path as it is:
 // programs of systems without case in their file names hand over lower-case paths.
@@ -40,5 +44,8 @@ struct SpeakerResponse {
 // The same for a person: throws InputError for a file that is missing, short or overlong, a rate
 // outside 8000 to 192000 Hz, samples that are no finite numbers, or silence.
 SpeakerResponse ReadCheckedResponseFile(const std::string& path);
+
+// The same for bytes that have been read; `path` is for the messages.
+SpeakerResponse ParseResponseFile(const std::string& path, std::string_view bytes);
 
 }  // namespace tonvane

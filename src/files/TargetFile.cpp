@@ -44,9 +44,12 @@ bool readKnot(TextScanner& scanner, CurvePoint& knot) {
 }  // namespace
 
 TargetFileStatus LoadTargetFile(const std::string& path, TargetSettings& settings) {
-    const auto text = ReadTextFile(path);
+    ReadFault fault;
+    const auto text = ReadTextFile(path, &fault);
     if (!text) {
-        return TargetFileStatus::missing;
+        return fault.isMissing   ? TargetFileStatus::missing
+               : fault.wasOpened ? TargetFileStatus::damaged
+                                 : TargetFileStatus::closed;
     }
     TextScanner scanner(*text);
     const int32_t kind = readKind(scanner);
@@ -102,7 +105,10 @@ TargetSettings ReadCheckedTargetFile(const std::string& path) {
             throw InputError(path, number, knotForm);
         }
         expectEnd(line, number, knotForm);
-        if (knot.frequency <= before || knot.frequency > 1000000) {
+        if (knot.frequency < 1 || knot.frequency > 1000000) {
+            throw InputError(path, number, "expected a frequency of 1 to 1000000 Hz");
+        }
+        if (knot.frequency <= before) {
             throw InputError(path, number, "expected a frequency above that of the line before");
         }
         if (std::abs(static_cast<int64_t>(knot.level)) > 60) {

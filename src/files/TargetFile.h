@@ -19,8 +19,9 @@ struct TargetSettings {
 
 enum class TargetFileStatus {
     loaded,
-    missing,  // cannot be opened; nothing has changed
-    damaged,  // what was read up to the fault stands
+    missing,  // is not there; nothing has changed
+    closed,   // is there but cannot be opened; nothing has changed
+    damaged,  // what was read up to the fault stands; of a file that cannot be read nothing
 };
 
 // Reads a file into `settings`. Missing lines leave what was there before.

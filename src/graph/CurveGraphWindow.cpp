@@ -30,10 +30,15 @@ double valueAt(const CGraphAxis& axis, int32_t pixel) {
 void CCurveGraphWindow::SetRecord(const TargetRecord& newRecord) {
     record = newRecord;
     const int32_t reach = handleReach * unit();
+    const auto inWindow = [&](int32_t place, int32_t low, int32_t high) {
+        return std::max(std::min(place, high - reach), low + reach);
+    };
     for (size_t i = 0; i < record.points.size(); ++i) {
         const CurvePoint& point = record.points[i];
-        const int32_t x = xAxis.ToPixel(elementary::Log10(point.frequency));
-        const int32_t y = -yAxis.ToPixel(point.level);
+        const int32_t x = inWindow(xAxis.ToPixel(elementary::Log10(point.frequency)),
+                                   -left * unit(), xAxis.pixels + right * unit());
+        const int32_t y =
+            inWindow(-yAxis.ToPixel(point.level), -yAxis.pixels - top * unit(), bottom * unit());
         handleRects[i] = {x - reach, y - reach, x + reach, y + reach};
     }
 }
@@ -70,9 +75,12 @@ void CCurveGraphWindow::OnLeftButtonDown(Point mouse) {
     }
 }
 
-void CCurveGraphWindow::OnMouseMove(Point mouse) {
+void CCurveGraphWindow::OnMouseMove(Point mouse, bool leftPressed) {
     if (!editingEnabled) {
         return;
+    }
+    if (!leftPressed) {
+        OnLeftButtonUp();
     }
     if (dragIndex == -1) {
         const int32_t hit = HitTest(toPlot(mouse));

@@ -22,14 +22,16 @@ class CCurveGraphWindow : public CGraphWindow {
     CCurveGraphWindow(GraphHost& host, int32_t& targetCurveKind)
         : CGraphWindow(host), targetCurveKind_(targetCurveKind) {}
 
-    // Takes the record and places its handles on the present axes. Nothing is drawn.
+    // Takes the record and places its handles on the present axes; one that would be cut by the
+    // edge of the window, or lie beyond it, stays at that edge. Nothing is drawn.
     void SetRecord(const TargetRecord& newRecord);
 
     // Draws the visible handles over the curves, outlined in the present pen.
     void DrawHandles();
 
+    // A move without the button lets go of the handle, whoever has had the button meanwhile.
     void OnLeftButtonDown(Point mouse);
-    void OnMouseMove(Point mouse);
+    void OnMouseMove(Point mouse, bool leftPressed);
     void OnLeftButtonUp();
 
     // By keyboard: takes a handle up, unless one is held, and moves it as near to a point as it may

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <random>
+#include <utility>
 #include <vector>
+
+#include "platform/FileWriting.h"
 
 namespace tonvane {
 
@@ -23,15 +27,20 @@ std::string reasonOf(int error) {
 }
 
 // Writes and closes; the reason of a failure, such as a full disk.
-std::optional<std::string> writeTo(const fs::path& path, const std::string& contents) {
-    errno = 0;
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-    out.close();
-    if (out.fail()) {
+std::optional<std::string> writeTo(FilePointer file, const std::string& contents, bool toDisk) {
+    if (!file) {
         return reasonOf(errno);
     }
-    return std::nullopt;
+    errno = 0;
+    const bool written =
+        std::fwrite(contents.data(), 1, contents.size(), file.get()) == contents.size() &&
+        std::fflush(file.get()) == 0 && (!toDisk || SyncFile(file.get()));
+    const int error = errno;
+    const bool closed = std::fclose(file.release()) == 0;
+    if (written && closed) {
+        return std::nullopt;
+    }
+    return reasonOf(written ? errno : error);
 }
 
 // Whether an existing file may be written, found without changing it.
@@ -47,7 +56,9 @@ std::optional<std::string> refusalToWrite(const fs::path& path) {
 fs::path followLinks(fs::path path) {
     constexpr int mostLinks = 40;
     std::error_code error;
-    for (int i = 0; i < mostLinks && fs::is_symlink(fs::symlink_status(path, error)); ++i) {
+    for (int i = 0; i < mostLinks && !IsDescriptorName(path) &&
+                    fs::is_symlink(fs::symlink_status(path, error));
+         ++i) {
         path = path.parent_path() / fs::read_symlink(path, error);
     }
     return path;
@@ -59,69 +70,133 @@ fs::path temporaryBeside(const fs::path& target) {
     return target.parent_path() / (".tonvane-" + std::to_string(random()) + ".tmp");
 }
 
-// A file whose new contents are ready.
+// A file that is to be replaced.
 struct Staged {
-    fs::path target;
-    fs::path temporary;    // has the contents; empty if the target is to be written directly
-    bool mayWriteInPlace;  // if the temporary cannot take the target's place
+    const NewContents* file = nullptr;
+    fs::path target{};
+    bool existed = false;
+    bool isDirect = false;         // no regular file, which is written as it is
+    bool mayWriteInPlace = false;  // if no temporary can take the target's place
+    fs::path temporary{};          // has the new contents
+    fs::path backup{};             // has the old ones, if they may have to be put back
 };
 
-// Brings the contents beside the file without touching it; the reason of a failure.
-std::optional<std::string> stage(const NewContents& file, InPlace inPlace, Staged& staged) {
+using Reason = std::optional<std::string>;
+
+// Finds out whether the file can be replaced without touching it; the reason of a refusal.
+Reason inspect(const NewContents& file, InPlace inPlace, Staged& staged) {
+    staged.file = &file;
     staged.target = followLinks(PathOf(file.path));
     std::error_code error;
     const fs::file_status status = fs::status(staged.target, error);
-    const bool exists = fs::exists(status);
-    staged.mayWriteInPlace = exists && inPlace == InPlace::whenFolderRefuses;
+    staged.existed = fs::exists(status);
+    staged.isDirect = IsDescriptorName(staged.target) ||
+                      (staged.existed && !fs::is_regular_file(status) && !fs::is_directory(status));
+    staged.mayWriteInPlace = staged.existed && inPlace == InPlace::whenFolderRefuses;
+    if (staged.isDirect) {
+        return std::nullopt;
+    }
     if (status.type() == fs::file_type::none) {
         return error.message();
     }
     if (fs::is_directory(status)) {
         return reasonOf(EISDIR);
     }
-    if (exists && !fs::is_regular_file(status)) {
-        return std::nullopt;
-    }
-    if (exists) {
-        if (auto refusal = refusalToWrite(staged.target)) {
-            return refusal;
-        }
-    }
+    return staged.existed ? refusalToWrite(staged.target) : std::nullopt;
+}
 
+// Brings the contents to the disk beside the file without touching it; the reason of a failure.
+Reason stage(Staged& staged) {
     const fs::path temporary = temporaryBeside(staged.target);
-    if (auto failure = writeTo(temporary, file.contents)) {
-        const bool folderRefuses = !fs::remove(temporary, error);
-        return folderRefuses && staged.mayWriteInPlace ? std::nullopt : failure;
-    }
-    if (exists) {
-        fs::permissions(temporary, status.permissions(), error);
+    FilePointer file = MakeNewFile(temporary, staged.existed ? &staged.target : nullptr);
+    if (!file) {
+        const int error = errno;
+        const bool folderRefuses = error == EACCES || error == EPERM;
+        return folderRefuses && staged.mayWriteInPlace ? std::nullopt : Reason(reasonOf(error));
     }
     staged.temporary = temporary;
-    return std::nullopt;
+    return writeTo(std::move(file), staged.file->contents, true);
+}
+
+// A second name for the old contents, or a copy where a file has but one name.
+Reason backUp(Staged& staged) {
+    if (!staged.existed) {
+        return std::nullopt;
+    }
+    staged.backup = temporaryBeside(staged.target);
+    std::error_code error;
+    fs::create_hard_link(staged.target, staged.backup, error);
+    if (error) {
+        fs::copy_file(staged.target, staged.backup, error);
+    }
+    return error ? Reason(error.message()) : std::nullopt;
 }
 
 // Puts the staged contents into the file's place.
-std::optional<std::string> finish(const Staged& staged, const std::string& contents) {
-    if (staged.temporary.empty()) {
-        return writeTo(staged.target, contents);
-    }
+Reason finish(Staged& staged) {
     std::error_code error;
-    fs::rename(staged.temporary, staged.target, error);
-    if (!error) {
-        return std::nullopt;
-    }
-    const std::string reason = error.message();
-    fs::remove(staged.temporary, error);
-    return staged.mayWriteInPlace ? writeTo(staged.target, contents) : reason;
-}
-
-void discard(const std::vector<Staged>& files) {
-    for (const Staged& staged : files) {
-        std::error_code ignored;
-        if (!staged.temporary.empty()) {
-            fs::remove(staged.temporary, ignored);
+    if (!staged.temporary.empty()) {
+        fs::rename(staged.temporary, staged.target, error);
+        if (!error) {
+            staged.temporary.clear();
+            return std::nullopt;
         }
     }
+    return staged.mayWriteInPlace ? writeTo(OpenAsItIs(staged.target), staged.file->contents, true)
+                                  : Reason(error.message());
+}
+
+// What finish has done is undone.
+void putBack(Staged& staged) {
+    std::error_code ignored;
+    if (!staged.backup.empty()) {
+        fs::rename(staged.backup, staged.target, ignored);
+        staged.backup.clear();
+    } else if (!staged.existed) {
+        fs::remove(staged.target, ignored);
+    }
+}
+
+void removeTemporaries(const std::vector<Staged>& files) {
+    for (const Staged& staged : files) {
+        for (const fs::path& path : {staged.temporary, staged.backup}) {
+            std::error_code ignored;
+            if (!path.empty()) {
+                fs::remove(path, ignored);
+            }
+        }
+    }
+}
+
+// Does a step for each file up to the first that fails; `next` is where it stopped.
+template <typename Step>
+std::optional<WriteFailure> forEach(std::span<Staged> files, size_t& next, Step step) {
+    for (next = 0; next < files.size(); ++next) {
+        if (Reason reason = step(files[next])) {
+            return WriteFailure{files[next].file->path, *std::move(reason)};
+        }
+    }
+    return std::nullopt;
+}
+
+// Replaces regular files, all of them or none.
+std::optional<WriteFailure> replaceRegular(std::vector<Staged>& files) {
+    const HeldSignals held(HeldSignals::Interrupts::held);
+    const std::span all(files);
+    size_t next = 0;
+    auto failure = forEach(all, next, stage);
+    if (!failure && !all.empty()) {
+        // The last one is either replaced or what went before is put back.
+        failure = forEach(all.first(all.size() - 1), next, backUp);
+    }
+    if (!failure) {
+        failure = forEach(all, next, finish);
+        if (failure) {
+            std::ranges::for_each(all.first(next), putBack);
+        }
+    }
+    removeTemporaries(files);
+    return failure;
 }
 
 }  // namespace
@@ -135,24 +210,38 @@ std::string TextOf(const fs::path& path) {
     return {text.begin(), text.end()};
 }
 
-std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most) {
+bool IsSameFile(const std::string& a, const std::string& b) {
+    std::error_code ignored;
+    const auto place = [&](const std::string& path) {
+        return fs::weakly_canonical(followLinks(fs::absolute(PathOf(path), ignored)), ignored);
+    };
+    return place(a) == place(b) || fs::equivalent(PathOf(a), PathOf(b), ignored);
+}
+
+std::optional<std::string> ReadBinaryFile(const std::string& path, size_t most, ReadFault* fault) {
     const fs::path place = PathOf(path);
+    errno = 0;
     std::ifstream in(place, std::ios::binary);
-    if (!in.is_open() || isFolder(place)) {
-        return std::nullopt;
-    }
+    const bool wasOpened = in.is_open() && !isFolder(place);
     std::string contents;
     std::string block(size_t{64} << 10U, '\0');
-    while (in && contents.size() < most) {
+    while (wasOpened && in && contents.size() < most) {
         const size_t wanted = std::min(block.size(), most - contents.size());
         in.read(block.data(), static_cast<std::streamsize>(wanted));
         contents.append(block, 0, static_cast<size_t>(in.gcount()));
     }
-    return contents;
+    if (wasOpened && !in.bad()) {
+        return contents;
+    }
+    if (fault != nullptr) {
+        const int error = in.is_open() && !wasOpened ? EISDIR : errno;
+        *fault = {error == ENOENT || error == ENOTDIR, wasOpened, reasonOf(error)};
+    }
+    return std::nullopt;
 }
 
-std::optional<std::string> ReadTextFile(const std::string& path) {
-    std::optional<std::string> text = ReadBinaryFile(path, longestText);
+std::optional<std::string> ReadTextFile(const std::string& path, ReadFault* fault) {
+    std::optional<std::string> text = ReadBinaryFile(path, longestText, fault);
     if (text) {
         size_t kept = 0;
         for (size_t i = 0; i < text->size(); ++i) {
@@ -168,26 +257,24 @@ std::optional<std::string> ReadTextFile(const std::string& path) {
 }
 
 std::optional<WriteFailure> ReplaceFiles(std::span<const NewContents> files, InPlace inPlace) {
-    std::vector<Staged> all(files.size());
-    for (size_t i = 0; i < files.size(); ++i) {
-        if (const auto reason = stage(files[i], inPlace, all[i])) {
-            discard(all);
-            return WriteFailure{files[i].path, *reason};
+    std::vector<Staged> direct;
+    std::vector<Staged> regular;
+    for (const NewContents& file : files) {
+        Staged staged;
+        if (const auto reason = inspect(file, inPlace, staged)) {
+            return WriteFailure{file.path, *reason};
+        }
+        (staged.isDirect ? direct : regular).push_back(std::move(staged));
+    }
+    // Ahead of the others, which can still be left as they are: a pipe may have been closed, and
+    // may keep its writer waiting until a person ends that.
+    for (const Staged& staged : direct) {
+        const HeldSignals held(HeldSignals::Interrupts::pass);
+        if (const auto reason = writeTo(OpenAsItIs(staged.target), staged.file->contents, false)) {
+            return WriteFailure{staged.file->path, *reason};
         }
     }
-    // What is written directly can still fail for want of room, so it goes first.
-    for (const bool direct : {true, false}) {
-        for (size_t i = 0; i < files.size(); ++i) {
-            if (all[i].temporary.empty() != direct) {
-                continue;
-            }
-            if (const auto reason = finish(all[i], files[i].contents)) {
-                discard(all);
-                return WriteFailure{files[i].path, *reason};
-            }
-        }
-    }
-    return std::nullopt;
+    return replaceRegular(regular);
 }
 
 std::optional<std::string> ReplaceFile(const std::string& path, const std::string& contents,

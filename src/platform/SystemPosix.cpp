@@ -22,6 +22,10 @@ void KeepStandardStreams() {
     }
 }
 
+std::optional<std::string> CommandLineAsTyped() {
+    return std::nullopt;
+}
+
 bool IsTerminal() {
     return isatty(STDOUT_FILENO) == 1;
 }
@@ -32,6 +36,14 @@ std::string WithSystemLineEnds(std::string text) {
 
 FilePointer OpenFile(const std::string& path, const char* mode) {
     return FilePointer(std::fopen(path.c_str(), mode));
+}
+
+void SeekFile(std::FILE* file, int64_t position, int whence) {
+    ::fseeko(file, position, whence);
+}
+
+int64_t TellFile(std::FILE* file) {
+    return ::ftello(file);
 }
 
 }  // namespace tonvane

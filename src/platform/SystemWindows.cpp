@@ -30,6 +30,18 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
 // The C library gives these numbers to nothing else, and sockets have none.
 void KeepStandardStreams() {}
 
+// The name may stand in quotes, which then hold its blanks together.
+std::optional<std::string> CommandLineAsTyped() {
+    const wchar_t* rest = ::GetCommandLineW();
+    for (bool inQuotes = false; *rest != L'\0' && (inQuotes || *rest > L' '); ++rest) {
+        inQuotes = inQuotes != (*rest == L'"');
+    }
+    while (*rest != L'\0' && *rest <= L' ') {
+        ++rest;
+    }
+    return Narrow(rest);
+}
+
 // The null device is one of characters as well, but has no mode.
 bool IsTerminal() {
     DWORD mode = 0;
@@ -45,6 +57,14 @@ std::string WithSystemLineEnds(std::string text) {
 
 FilePointer OpenFile(const std::string& path, const char* mode) {
     return FilePointer(::_wfopen(Widen(path).c_str(), Widen(mode).c_str()));
+}
+
+void SeekFile(std::FILE* file, int64_t position, int whence) {
+    ::_fseeki64(file, position, whence);
+}
+
+int64_t TellFile(std::FILE* file) {
+    return ::_ftelli64(file);
 }
 
 }  // namespace tonvane

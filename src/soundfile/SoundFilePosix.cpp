@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 #include <sndfile.h>
 
 #include "files/InputError.h"
-#include "platform/FileAccess.h"
 #include "text/LittleEndian.h"
 
 namespace tonvane {
@@ -51,19 +50,16 @@ int32_t chooseChannel(const std::string& path, int32_t channels, std::optional<i
 }
 
 // The reader takes a file that was cut for one that ends there.
-void noteMissingEnd(const std::string& path, InputNotes& notes) {
+void noteMissingEnd(const std::string& path, std::string_view bytes, InputNotes& notes) {
     constexpr size_t headBytes = 8;
-    const auto head = ReadBinaryFile(path, headBytes);
-    if (!head || head->size() < headBytes || !head->starts_with("RIFF")) {
+    if (bytes.size() < headBytes || !bytes.starts_with("RIFF")) {
         return;
     }
-    const uint64_t told = headBytes + LoadLittleEndian<uint32_t>(std::string_view(*head).substr(4));
-    std::error_code error;
-    const auto size = std::filesystem::file_size(path, error);
+    const uint64_t told = headBytes + LoadLittleEndian<uint32_t>(bytes.substr(4, 4));
     // Programs that cannot go back to their header leave a size of 0 or the largest there.
-    if (!error && size < told && told - headBytes < 0xFFFFFF00U) {
+    if (bytes.size() < told && told - headBytes < 0xFFFFFF00U) {
         notes.guessed(path, 0,
-                      "the file ends " + std::to_string(told - size) +
+                      "the file ends " + std::to_string(told - bytes.size()) +
                           " bytes ahead of what its header says; what is there is taken for all");
     }
 }
@@ -80,7 +76,7 @@ std::vector<double> readChannel(SNDFILE* file, const SF_INFO& info, int32_t inde
     return samples;
 }
 
-// A file in memory, for the writer.
+// A file in memory.
 struct Memory {
     std::string bytes;
     sf_count_t position = 0;
@@ -124,12 +120,15 @@ sf_count_t positionOf(void* user) {
     return memoryOf(user).position;
 }
 
+SF_VIRTUAL_IO memoryCalls{lengthOf, seekTo, readFrom, writeTo, positionOf};
+
 }  // namespace
 
-SoundChannel ReadSoundChannel(const std::string& path, std::optional<int32_t> channel,
-                              InputNotes& notes) {
+SoundChannel ReadSoundChannel(const std::string& path, std::string bytes,
+                              std::optional<int32_t> channel, InputNotes& notes) {
+    Memory memory{std::move(bytes)};
     SF_INFO info{};
-    const Handle file(sf_open(path.c_str(), SFM_READ, &info));
+    const Handle file(sf_open_virtual(&memoryCalls, SFM_READ, &info, &memory));
     if (!file) {
         throw InputError(path,
                          std::string("is no wave file that can be read: ") + sf_strerror(nullptr));
@@ -139,7 +138,7 @@ SoundChannel ReadSoundChannel(const std::string& path, std::optional<int32_t> ch
                          "expected a wave file of 16 to 32 bit integers or floating point numbers");
     }
     const int32_t index = chooseChannel(path, info.channels, channel);
-    noteMissingEnd(path, notes);
+    noteMissingEnd(path, memory.bytes, notes);
     SoundChannel sound{info.samplerate, readChannel(file.get(), info, index)};
     if (sound.samples.empty() || sound.samples.size() > mostFrames) {
         throw InputError(path, sound.samples.empty()
@@ -151,12 +150,11 @@ SoundChannel ReadSoundChannel(const std::string& path, std::optional<int32_t> ch
 
 std::string FormatWaveFile(int32_t rate, std::span<const double> samples) {
     Memory memory;
-    SF_VIRTUAL_IO io{lengthOf, seekTo, readFrom, writeTo, positionOf};
     SF_INFO info{};
     info.samplerate = rate;
     info.channels = 1;
     info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
-    Handle file(sf_open_virtual(&io, SFM_WRITE, &info, &memory));
+    Handle file(sf_open_virtual(&memoryCalls, SFM_WRITE, &info, &memory));
     if (!file) {
         throw std::runtime_error("a wave file cannot be made: " +
                                  std::string(sf_strerror(nullptr)));

@@ -7,8 +7,8 @@
 namespace tonvane {
 
 // libsndfile is not there for this platform.
-SoundChannel ReadSoundChannel(const std::string& path, std::optional<int32_t> /*channel*/,
-                              InputNotes& /*notes*/) {
+SoundChannel ReadSoundChannel(const std::string& path, std::string /*bytes*/,
+                              std::optional<int32_t> /*channel*/, InputNotes& /*notes*/) {
     throw InputError(path, "wave files cannot be read on Windows; convert it to .qsr");
 }
 

@@ -22,6 +22,7 @@ void CInputWaveFileStream::clearPosition() {
 
 bool CInputWaveFileStream::Load(const char* newPath) {
     const std::string wanted = newPath == nullptr ? "" : newPath;
+    file_.takesFloats = takesFloats;
     path.clear();
     int32_t rate = 0;
     int32_t bits = 0;

@@ -35,16 +35,21 @@ class CInputWaveFileStream : public CDspStream {
 
     // Reads a block and pumps it; whether there is more data behind it. A block in which the file
     // ends is filled from the file's start, so that only a file of whole blocks comes to an end.
-    // With `once` it is filled with silence, and every file does.
+    // With `once` it is filled with silence, and every file does. A file that cannot be read any
+    // more ends there.
     bool ReadBlock();
+
+    // Whether the last playback has ended so. To be asked when nothing plays.
+    [[nodiscard]] bool isBroken() const { return file_.isBroken(); }
 
     bool Open() override;
     void Close() override;
     void Process(const double* /*in*/, double* /*out*/) override {}
 
     int32_t blockFrames = 256;
-    bool once = false;  // set while nothing plays
-    std::string path;   // empty for none
+    bool once = false;         // set while nothing plays
+    bool takesFloats = false;  // as in CWaveFile; set ahead of Load
+    std::string path;          // empty for none
     WAVEFORMATEX format;
     std::atomic<int32_t> totalFrames{0};
     std::atomic<int32_t> currentFrame{0};

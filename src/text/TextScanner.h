@@ -19,6 +19,10 @@ class TextScanner {
     [[nodiscard]] bool atEnd() const { return position_ >= text_.size(); }
     [[nodiscard]] size_t position() const { return position_; }
 
+    // Whether something has been looked for behind the last character: the end-of-file mark of a
+    // stream.
+    [[nodiscard]] bool sawEnd() const { return sawEnd_; }
+
     // The next character; -1 at the end.
     int next();
 
@@ -34,8 +38,10 @@ class TextScanner {
     // White space, a sign, an optional 0x, hexadecimal digits; bits beyond 32 are lost.
     std::optional<int32_t> hexadecimal();
 
-    // White space, a sign, decimal digits with an optional point, an optional exponent. Words such
-    // as "inf" and "nan" are no numbers. Out of range gives an infinity or zero.
+    // White space, a sign, and a number: decimal digits with an optional point and an optional
+    // exponent, the same in hexadecimal behind 0x with an exponent of two behind a p, or one of the
+    // words "inf", "infinity" and "nan" in either case. Out of range gives an infinity or zero. An
+    // exponent without digits is taken and counts for nothing.
     std::optional<double> real();
 
     // At most `most` characters, up to and including a line end.
@@ -46,11 +52,16 @@ class TextScanner {
 
   private:
     // The next character without taking it; -1 at the end.
-    [[nodiscard]] int peek() const;
+    int peek();
     bool takeSign();
+    bool word(std::string_view lowerCase);
+    void skipDigits(bool hexadecimal);
+    std::optional<double> number();
+    std::optional<double> magnitude();
 
     std::string_view text_;
     size_t position_ = 0;
+    bool sawEnd_ = false;
 };
 
 }  // namespace tonvane

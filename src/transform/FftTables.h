@@ -23,7 +23,7 @@ struct FftTables {
 // replacing any tables there were.
 void InitFftTables(int32_t maxLength);
 
-// Frees the tables; every later resize of a SpectrumBuffer is refused.
+// Frees the tables, at the end of a program; every later resize of a SpectrumBuffer is refused.
 void FreeFftTables();
 
 const FftTables& CurrentFftTables();

@@ -1,6 +1,7 @@
 #include "tuning/DesignReport.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include <fmt/core.h>
@@ -15,6 +16,7 @@ namespace tonvane {
 namespace {
 
 constexpr double poorFitDb = 1.0;
+constexpr double loudInsideDb = 6.0;
 constexpr double passbandShare = 0.5;  // of the pass-band curve: inside
 constexpr double weakPassbandDb = -60.0;
 
@@ -32,13 +34,14 @@ double onDesignGrid(const DesignCurve& curve, double hertz, int32_t sampleRate) 
     return (1.0 - t) * curve[i] + t * curve[i + 1];
 }
 
-void addSections(const IirFitter& fitter, DesignReport& report) {
-    report.sections = fitter.sections;
-    report.words = fitter.coefficientWords;
+void addSections(const TuningRun& run, DesignReport& report) {
+    report.sections.assign(run.fittedSections().begin(), run.fittedSections().end());
+    report.words.assign(run.fittedWords().begin(), run.fittedWords().end());
     for (const auto& [b0, b1, b2, a1, a2] : report.sections) {
         for (const double coefficient : {b0, b1, b2, -a1, -a2}) {
-            report.isFinite = report.isFinite && std::isfinite(coefficient);
-            report.wrappedCoefficients += FitsCoefWord(coefficient) ? 0 : 1;
+            const bool isNumber = std::isfinite(coefficient);
+            report.isFinite = report.isFinite && isNumber;
+            report.wrappedCoefficients += isNumber && !FitsCoefWord(coefficient) ? 1 : 0;
         }
     }
 }
@@ -57,44 +60,42 @@ void addCurves(const TuningRun& run, const ProgramValues& values, DesignReport& 
                                 rawLevelDb);
         curves.measured.push_back(
             powerDb(onDesignGrid(designer.measuredPower, hertz, designer.sampleRate)));
+        curves.wanted.push_back(
+            powerDb(onDesignGrid(designer.designPower, hertz, values.SampleRateTable[0])));
     }
     curves.fir = FirResponseDb(run.iirFitter.taps.first(run.iirFitter.tapCount), curves.frequency,
                                run.designRate);
-    for (double& value : curves.fir) {
-        value -= report.gainClampDb;
+    for (std::vector<double>* curve : {&curves.fir, &curves.wanted}) {
+        for (double& value : *curve) {
+            value -= report.gainClampDb;
+        }
     }
     curves.filter = CascadeResponseDb(report.words, curves.frequency, run.designRate);
 }
 
-void compareFit(DesignReport& report) {
-    const DesignReport::Curves& curves = report.curves;
+// Of the words from another curve of the report's.
+Difference differenceFrom(const std::vector<double>& other, const DesignReport::Curves& curves) {
+    Difference difference;
     double squares = 0.0;
-    for (size_t i = 0; i < curves.frequency.size(); ++i) {
-        const double difference = curves.filter[i] - curves.fir[i];
-        squares += difference * difference;
-        if (std::fabs(difference) > report.fitLargestDb) {
-            report.fitLargestDb = std::fabs(difference);
-            report.fitLargestHz = curves.frequency[i];
+    for (size_t i = 0; i < other.size(); ++i) {
+        const double error = curves.filter[i] - other[i];
+        squares += error * error;
+        if (std::fabs(error) > difference.largestDb) {
+            difference.largestDb = std::fabs(error);
+            difference.largestHz = curves.frequency[i];
         }
     }
-    report.fitRmsDb = std::sqrt(squares / static_cast<double>(curves.frequency.size()));
-    report.isFinite = report.isFinite && std::isfinite(report.fitRmsDb);
+    difference.rmsDb = std::sqrt(squares / static_cast<double>(other.size()));
+    return difference;
 }
 
-// The designed sections against their words.
-void compareWords(DesignReport& report) {
-    const std::vector<double> designed =
-        CascadeResponseDb(report.sections, report.curves.frequency, report.sampleRate);
-    double squares = 0.0;
-    for (size_t i = 0; i < designed.size(); ++i) {
-        const double difference = report.curves.filter[i] - designed[i];
-        squares += difference * difference;
-        if (std::fabs(difference) > report.quantisationLargestDb) {
-            report.quantisationLargestDb = std::fabs(difference);
-            report.quantisationLargestHz = report.curves.frequency[i];
-        }
-    }
-    report.quantisationRmsDb = std::sqrt(squares / static_cast<double>(designed.size()));
+void compareCurves(DesignReport& report) {
+    const DesignReport::Curves& curves = report.curves;
+    report.fromFir = differenceFrom(curves.fir, curves);
+    report.fromWanted = differenceFrom(curves.wanted, curves);
+    report.quantisation = differenceFrom(
+        CascadeResponseDb(report.sections, curves.frequency, report.sampleRate), curves);
+    report.isFinite = report.isFinite && std::isfinite(report.fromFir.rmsDb);
 }
 
 // The standard deviation of the response, through the filter if `equalized`, from the target over
@@ -145,9 +146,17 @@ void addWarnings(const EqDesigner& designer, DesignReport& report) {
         warnings.push_back(fmt::format("{} coefficients lie outside -4 to 4 and have wrapped.",
                                        report.wrappedCoefficients));
     }
-    if (report.fitRmsDb > poorFitDb) {
-        warnings.push_back(
-            fmt::format("The biquads follow the FIR badly, by {:.2f} dB RMS.", report.fitRmsDb));
+    const bool isRefined = report.fitMethod == FitMethod::refined;
+    const double error = isRefined ? report.fromWanted.rmsDb : report.fromFir.rmsDb;
+    if (error > poorFitDb) {
+        warnings.push_back(fmt::format("The biquads follow the {} badly, by {:.2f} dB RMS.",
+                                       isRefined ? "wanted correction" : "FIR", error));
+    }
+    if (report.chain.insideDb > loudInsideDb) {
+        warnings.push_back(fmt::format(
+            "Inside the filter the level rises {:.1f} dB above the output's, behind section {} at "
+            "{:.0f} Hz: loud signals overflow there.",
+            report.chain.insideDb, report.chain.insideSection, report.chain.insideHertz));
     }
     if (passbandLevelDb(designer) < weakPassbandDb) {
         warnings.emplace_back("The response has almost nothing inside the pass-band.");
@@ -160,11 +169,21 @@ void addWarnings(const EqDesigner& designer, DesignReport& report) {
     }
 }
 
+bool fits(const Biquad& section) {
+    const auto& [b0, b1, b2, a1, a2] = section;
+    return std::ranges::all_of(std::array{b0, b1, b2, -a1, -a2},
+                               [](double x) { return std::isfinite(x) && FitsCoefWord(x); });
+}
+
 const char* polarityName(int32_t polarity) {
     return polarity > 0 ? "positive" : polarity < 0 ? "negative" : "unknown";
 }
 
 }  // namespace
+
+std::string FitName(FitMethod method) {
+    return method == FitMethod::refined ? "refined" : "iterated";
+}
 
 DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values) {
     const ResponseAnalyzer& analyzer = run.responseAnalyzer;
@@ -172,8 +191,8 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     DesignReport report;
     report.sampleRate = run.designRate;
     report.delaySamples = analyzer.delaySamples;
-    report.polarity = analyzer.polarity;
-    report.cutoffHz = analyzer.cutoffHz;
+    report.polarity = analyzer.polarity();
+    report.cutoffHz = analyzer.cutoffHz();
     report.hasTimeSignal = !values.ResponseIsCsv;
     report.loudnessDb = powerDb(designer.measuredLoudness);
     report.gainClampDb = designer.gainClampDb;
@@ -181,19 +200,26 @@ DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values)
     report.loudnessRatioDb = 2.0 * powerDb(designer.loudnessRatio);
     report.fitDistance = run.iirFitter.bestDistance;
     report.fitPass = run.iirFitter.bestPass + 1;
-    report.isFinite = report.fitPass > 0;
-    addSections(run.iirFitter, report);
+    report.fitMethod = run.refinedFit ? FitMethod::refined : FitMethod::iterated;
+    report.isFinite = run.refinedFit || report.fitPass > 0;
+    addSections(run, report);
     report.poleRadii = PoleRadii(report.words);
     report.largestPoleRadius = LargestPoleRadius(report.words);
-    report.highestGain = HighestGainOf(report.words, run.designRate);
+    report.chain = ChainFiguresOf(report.words, run.designRate);
     addCurves(run, values, report);
-    compareFit(report);
-    compareWords(report);
+    compareCurves(report);
     const TargetRecord& target = run.curves[run.currentCurve];
     report.deviationBeforeDb = deviationDb(report.curves, target, false);
     report.deviationAfterDb = deviationDb(report.curves, target, true);
     addWarnings(designer, report);
     return report;
+}
+
+// A kept pass has a finite distance, so that FIR and fit are numbers everywhere, and sections with
+// a gain and without a pole on the circle keep that as words.
+bool HasPlainlyUsableWords(const IirFitter& fitter) {
+    return fitter.bestPass >= 0 && std::ranges::all_of(fitter.sections, fits) &&
+           fitter.coefficientWords[0] != 0 && LargestPoleRadius(fitter.coefficientWords) < 1.0;
 }
 
 std::string SummaryText(const DesignReport& report) {
@@ -214,9 +240,24 @@ std::string SummaryText(const DesignReport& report) {
     line("equalized", fmt::format("{:+.2f} dB against the raw response", report.loudnessRatioDb));
     line("off the target", fmt::format("{:.1f} dB RMS as measured, {:.1f} dB RMS equalized",
                                        report.deviationBeforeDb, report.deviationAfterDb));
-    line("biquads",
-         fmt::format("{:.2f} dB RMS off the FIR, at most {:.2f} dB (at {:.0f} Hz), pass {} of 50",
-                     report.fitRmsDb, report.fitLargestDb, report.fitLargestHz, report.fitPass));
+    const auto apart = [](const Difference& difference) {
+        return fmt::format("{:.2f} dB RMS, at most {:.2f} dB (at {:.0f} Hz)", difference.rmsDb,
+                           difference.largestDb, difference.largestHz);
+    };
+    line("fit", FitName(report.fitMethod) + (report.fitMethod == FitMethod::refined
+                                                 ? std::string()
+                                                 : fmt::format(", pass {} of 50", report.fitPass)));
+    line("off the wanted", apart(report.fromWanted));
+    line("off the FIR", apart(report.fromFir));
+    const ChainFigures& chain = report.chain;
+    line("highest gain", fmt::format("{:+.2f} dB at {:.0f} Hz, {:+.2f} dB with the gain clamp",
+                                     chain.highestGain.db, chain.highestGain.hertz,
+                                     chain.highestGain.db + report.gainClampDb));
+    line("inside", fmt::format("{:.1f} dB above the output, behind section {} at {:.0f} Hz",
+                               chain.insideDb, chain.insideSection, chain.insideHertz));
+    line("rounding noise",
+         fmt::format("{:.1f} dB above that of one rounding, at the output", chain.noiseDb));
+    line("largest Q", fmt::format("{:.1f}", chain.largestQ));
     line("largest pole", fmt::format("{:.5f} ({})", report.largestPoleRadius,
                                      report.largestPoleRadius < 1.0 ? "stable" : "UNSTABLE"));
     for (const std::string& warning : report.warnings) {

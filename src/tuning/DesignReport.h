@@ -10,6 +10,13 @@
 
 namespace tonvane {
 
+// How far two curves lie apart, dB.
+struct Difference {
+    double rmsDb = 0.0;
+    double largestDb = 0.0;
+    double largestHz = 0.0;  // where the largest lies
+};
+
 struct DesignReport {
     int32_t sampleRate = 0;  // Hz
     int32_t delaySamples = 0;
@@ -24,16 +31,15 @@ struct DesignReport {
     // level: as measured, and through the filter.
     double deviationBeforeDb = 0.0;
     double deviationAfterDb = 0.0;
-    double fitDistance = 0.0;   // of the kept pass: squared decimal logs over the grid
-    int32_t fitPass = 0;        // the kept pass, 1 to 50; 0 when none gave a number
-    double fitRmsDb = 0.0;      // words against FIR over the grid
-    double fitLargestDb = 0.0;  // the largest difference
-    double fitLargestHz = 0.0;  // where it lies
-    // What the rounding to words does to the designed sections' response, over the grid.
-    double quantisationRmsDb = 0.0;
-    double quantisationLargestDb = 0.0;
-    double quantisationLargestHz = 0.0;
-    HighestGain highestGain;          // of the words, without the level drop of the gain clamp
+    FitMethod fitMethod = FitMethod::iterated;  // that the words are of
+    // Of the iterated fit's kept pass: squared decimal logs over the grid, and its number, 1 to 50;
+    // 0 when none gave a number.
+    double fitDistance = 0.0;
+    int32_t fitPass = 0;
+    Difference fromFir;       // words against the FIR over the grid
+    Difference fromWanted;    // words against the wanted correction, before it became the FIR
+    Difference quantisation;  // words against the designed sections
+    ChainFigures chain;       // of the words, without the level drop of the gain clamp
     double largestPoleRadius = 0.0;   // of the words
     std::vector<double> poleRadii;    // of each section's words
     int32_t wrappedCoefficients = 0;  // beyond the 3.23 range
@@ -47,6 +53,7 @@ struct DesignReport {
         std::vector<double> frequency;  // Hz
         std::vector<double> target;     // at the level that the search reached
         std::vector<double> measured;   // smoothed response
+        std::vector<double> wanted;     // correction, before it became the FIR
         std::vector<double> fir;
         std::vector<double> filter;  // read back from the words
     };
@@ -64,8 +71,15 @@ struct DesignReport {
     }
 };
 
+// "refined" or "iterated".
+std::string FitName(FitMethod method);
+
 // Gathers the report of a run whose design has gone through.
 DesignReport MakeDesignReport(const TuningRun& run, const ProgramValues& values);
+
+// Whether the words of a fit are beyond doubt, so that no report has to tell what isUsable says;
+// true only where that is. Takes a thousandth of a report's time.
+bool HasPlainlyUsableWords(const IirFitter& fitter);
 
 // The report as text of some lines for a terminal.
 std::string SummaryText(const DesignReport& report);

@@ -17,8 +17,8 @@ void refresh(TuningView* view) {
 
 void MeasurementRun::Measure() {
     player_.engine.Stop();
-    run_.SetStatusLine(1, "Preparing ...");
-    run_.SetStatusLine(2, "");
+    run_.SetStatusLine(1, "Preparing ...", StatusNews::sent);
+    run_.SetStatusLine(2, "", StatusNews::sent);
     if (view_ != nullptr) {
         view_->SetEditControlsEnabled(false);
     }
@@ -35,13 +35,17 @@ void MeasurementRun::Measure() {
     started_ = player_.engine.StartMeasurement();
 }
 
-void MeasurementRun::CaptureDone(bool complete) {
-    player_.Stop();
+void MeasurementRun::CaptureDone(bool ofEngine, bool complete) {
+    if (ofEngine) {
+        player_.Stop();
+    }
     if (complete) {
-        TakeCapture();
-        const ResponseAnalyzer& analyzer = run_.responseAnalyzer;
-        WriteResponseFile(values_.AppDirectory + "measured.qsr", run_.measurement.sampleRate,
-                          analyzer.response.time());
+        if (ofEngine) {
+            TakeCapture();
+            WriteResponseFile(values_.AppDirectory + "measured.qsr", run_.measurement.sampleRate,
+                              run_.responseAnalyzer.response.time());
+        }
+        run_.responseReady = true;
         run_.RunDesign();
         refresh(view_);
     }
@@ -56,15 +60,15 @@ void MeasurementRun::TakeCapture() {
 }
 
 void MeasurementRun::FinishRun() {
-    run_.SetStatusLine(1, "");
-    run_.SetStatusLine(2, "");
+    run_.SetStatusLine(1, "", StatusNews::posted);
+    run_.SetStatusLine(2, "", StatusNews::posted);
     if (view_ != nullptr) {
         view_->SetEditControlsEnabled(true);
     }
 }
 
 void MeasurementRun::ShowStatus() {
-    run_.SetStatusLine(1, player_.engine.status.text());
+    run_.SetStatusLine(1, player_.engine.status.text(), StatusNews::posted);
 }
 
 }  // namespace tonvane

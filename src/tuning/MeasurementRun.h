@@ -28,8 +28,9 @@ class MeasurementRun {
     [[nodiscard]] bool started() const { return started_; }
 
     // Playback or capture has ended: stops, and with a complete capture makes it the response,
-    // writes it to "measured.qsr" in AppDirectory (a failure is ignored) and designs.
-    void CaptureDone(bool complete);
+    // writes it to "measured.qsr" in AppDirectory (a failure is ignored) and designs. If it is not
+    // the engine that tells of it, nothing stops and the response that is there is designed for.
+    void CaptureDone(bool ofEngine, bool complete);
 
     // Makes the capture of a stopped engine the response of the run.
     void TakeCapture();

@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "amplifier/RegisterGroups.h"
-#include "files/FilterFile.h"
+#include "files/ImpulseResponse.h"
+#include "files/InputError.h"
 #include "files/ResponseFile.h"
 #include "link/RegisterWrites.h"
 #include "platform/FileAccess.h"
-#include "platform/System.h"
 
 namespace tonvane {
 
@@ -49,7 +49,12 @@ void TuningRun::StartState() {
     selectGain(std::abs(static_cast<int64_t>(values_.InitialGainClamp)));
     ApplyCurveEdit(curves[0], true);
 
-    LoadRegisterAddressConfig(values_.AppDirectory, registerAddresses);
+    ReadFault fault;
+    LoadRegisterAddressConfig(values_.AppDirectory, registerAddresses, &fault);
+    if (!fault.reason.empty() && !fault.isMissing) {
+        messages_.warning(std::string(RegisterAddressConfig::fileName) +
+                          ": cannot be read: " + fault.reason + "; the usual registers are used");
+    }
 }
 
 // An index beyond the list leaves it without a selection, which counts as a clamp of +1 dB.
@@ -75,7 +80,7 @@ bool TuningRun::LoadCommandLineResponse() {
 }
 
 bool TuningRun::OpenResponseFile(const std::string& path, PathCase pathCase) {
-    SetStatusLine(1, "Analyzing Loaded Data ...");
+    SetStatusLine(1, "Analyzing Loaded Data ...", StatusNews::sent);
     if (!LoadResponseFile(pathCase == PathCase::asGiven ? path : FindLowerCasePath(path))) {
         messages_.error("Failed to open speaker response file");
         return false;
@@ -85,7 +90,7 @@ bool TuningRun::OpenResponseFile(const std::string& path, PathCase pathCase) {
 }
 
 void TuningRun::OpenCsvFile(const std::string& path) {
-    SetStatusLine(1, "Analyzing Loaded Data ...");
+    SetStatusLine(1, "Analyzing Loaded Data ...", StatusNews::sent);
     ImportCsvFile(FindLowerCasePath(path));
     finishLoad();
 }
@@ -97,15 +102,25 @@ void TuningRun::finishLoad() {
         view_->UpdateResultList();
         view_->RedrawCurves();
     }
-    SetStatusLine(1, "");
-    SetStatusLine(2, "");
+    SetStatusLine(1, "", StatusNews::sent);
+    SetStatusLine(2, "", StatusNews::sent);
 }
 
 bool TuningRun::LoadResponseFile(const std::string& path) {
     std::vector<double> samples(responseFileSamples);
     int32_t rate = 0;
-    if (!ReadResponseFile(path, rate, samples)) {
+    const auto bytes = ReadResponseFile(path, rate, samples);
+    if (!bytes) {
         return false;
+    }
+    if (*bytes < responseFileBytes) {
+        messages_.warning(path + ": ends after " + std::to_string(*bytes) + " of " +
+                          std::to_string(responseFileBytes) + " bytes; the rest is silence");
+    }
+    try {
+        CheckSpeakerResponse(path, {rate, samples});
+    } catch (const InputError& error) {
+        messages_.warning(error.what());
     }
     takeImpulse(rate, samples);
     return true;
@@ -124,6 +139,10 @@ void TuningRun::ImportCsvFile(const std::string& path) {
     if (!ReadCsvRows(path, csvTable)) {
         messages_.error("Failed to process data.");
         return;
+    }
+    if (!csvTable.isWhole) {
+        messages_.warning(path + ": not every line is a frequency, a comma and a level; " +
+                          std::to_string(csvTable.count) + " rows are made of what was understood");
     }
     takeCsvTable();
 }
@@ -157,8 +176,7 @@ void TuningRun::ProgramAmplifier() {
 }
 
 std::span<const int32_t> TuningRun::designedSections() const {
-    return responseAnalyzer.valid ? std::span<const int32_t>(iirFitter.coefficientWords)
-                                  : std::span<const int32_t>();
+    return responseAnalyzer.valid ? fittedWords() : std::span<const int32_t>();
 }
 
 void TuningRun::design() {
@@ -170,18 +188,30 @@ void TuningRun::design() {
     if (!responseAnalyzer.valid) {
         return;
     }
-    const SpectrumBuffer& response = responseAnalyzer.response;
-    if (values_.ResponseIsCsv) {
-        eqDesigner.prepareFromSpectrum(response.spectrum);
-    } else {
-        eqDesigner.prepareFromImpulse(response.time(), responseAnalyzer.delaySamples);
-    }
+    prepareResponse();
     eqDesigner.designFir(values_.SampleRateTable[0]);
     const auto taps = eqDesigner.firTaps.first(tapCount);
     responseAnalyzer.predictFir(taps, gain);
     iirFitter.configure(designRate, taps, sectionCount, designLength, gain);
     iirFitter.fit();
     responseAnalyzer.predictIir(iirFitter.numerator[0], iirFitter.denominator[0], gain);
+    refine();
+}
+
+// Once a response: a moved target does not change it.
+void TuningRun::prepareResponse() {
+    const Prepared wanted{responseAnalyzer.loads, eqDesigner.sampleRate,
+                          values_.ResponseIsCsv != 0};
+    if (prepared_ == wanted) {
+        return;
+    }
+    prepared_ = wanted;
+    const SpectrumBuffer& response = responseAnalyzer.response;
+    if (wanted.isTable) {
+        eqDesigner.prepareFromSpectrum(response.spectrum);
+    } else {
+        eqDesigner.prepareFromImpulse(response.time(), responseAnalyzer.delaySamples);
+    }
 }
 
 void TuningRun::ApplyCurveEdit(const TargetRecord& edited, bool redesign) {
@@ -218,43 +248,9 @@ std::optional<std::string> TuningRun::SaveDesignParameters(const std::string& pa
     return SaveDesignParameterFile(path, {currentCurve, gainIndex, curves});
 }
 
-void TuningRun::SaveFiltersOnExit() {
-    if (values_.FilterFilePath.empty()) {
-        return;
-    }
-    if (!responseAnalyzer.valid && !csvTable.allocated()) {
-        return;
-    }
-    if (promptOnExit && !messages_.confirm("Do you want to save filters?", "Prompt")) {
-        return;
-    }
-    WriteFilterFile();  // a failure is silent: the calling tool sees that no file has come
-    SaveTargetFile();
-}
-
-std::optional<std::string> TuningRun::WriteFilterFile() {
-    if (!responseAnalyzer.valid) {
-        return std::nullopt;
-    }
-    const std::string text =
-        WithSystemLineEnds(FormatFilterFile(iirFitter.coefficientWords, registerAddresses));
-    return ReplaceFile(values_.FilterFilePath, text, InPlace::whenFolderRefuses);
-}
-
-void TuningRun::SaveTargetFile() {
-    if (values_.TargetFilePath.empty()) {
-        return;
-    }
-    const std::string text = WithSystemLineEnds(
-        FormatTargetFile(curves[currentCurve], values_.TargetCurveKind, gainIndex));
-    if (ReplaceFile(values_.TargetFilePath, text, InPlace::whenFolderRefuses)) {
-        messages_.error("Failed to save Target Response data.");
-    }
-}
-
-void TuningRun::SetStatusLine(int line, const std::string& text) {
+void TuningRun::SetStatusLine(int line, const std::string& text, StatusNews news) {
     (line == 1 ? StatusLine1 : StatusLine2) = text;
-    messages_.status(line, text);
+    messages_.status(line, text, news);
 }
 
 }  // namespace tonvane

@@ -20,6 +20,7 @@
 #include "files/CsvTable.h"
 #include "files/DesignParameters.h"
 #include "link/AmpLink.h"
+#include "refine/RefinedFit.h"
 #include "signal/MeasurementConfig.h"
 #include "tuning/Messages.h"
 #include "tuning/ProgramValues.h"
@@ -93,16 +94,26 @@ class TuningRun {
     std::optional<std::string> SaveDesignParameters(const std::string& path) const;
 
     // The end of a run: writes the filter file and the target file where the program values name
-    // them, after a question if promptOnExit is set.
+    // them, after a question if promptOnExit is set. A target file that did not load is kept beside
+    // under its name and ".bak"; where it cannot be, it stays as it is.
     void SaveFiltersOnExit();
 
-    // Writes the filter file of a valid response; the reason of a failure.
+    // Writes the filter file of a valid response; the reason of a failure. The file of the response
+    // is not written over.
     std::optional<std::string> WriteFilterFile();
 
-    void SetStatusLine(int line, const std::string& text);
+    void SetStatusLine(int line, const std::string& text, StatusNews news);
 
     // Five words for each of the seven sections; empty without a valid response.
     [[nodiscard]] std::span<const int32_t> designedSections() const;
+
+    // The sections of the last design as designed and as words, by the fit in use: refinedFit if
+    // there is one, else iirFitter. Empty before the first.
+    [[nodiscard]] std::span<const Biquad> fittedSections() const;
+    [[nodiscard]] std::span<const int32_t> fittedWords() const;
+
+    // Their response with the level drop of the gain clamp, at the points of the design grid.
+    [[nodiscard]] const ComplexVector& fittedCurve() const;
 
     // The gain clamp in dB: minus the selected index.
     [[nodiscard]] double gainClampDb() const { return -gainIndex; }
@@ -125,6 +136,11 @@ class TuningRun {
     CsvTable csvTable;
     EqDesigner eqDesigner;
     IirFitter iirFitter;
+    RefinedFitter refinedFitter;
+
+    // Of the last design, if the program values ask for it and it follows the wanted correction no
+    // worse than the iterated fit.
+    std::optional<RefinedFit> refinedFit;
     MeasurementConfig measurement;
     RegisterAddressConfig registerAddresses;
     AmplifierSettings amplifier;
@@ -133,14 +149,27 @@ class TuningRun {
   private:
     void DesignAndProgram();
     void design();
+    void prepareResponse();
+    void refine();
     void finishLoad();
     void selectGain(int64_t index);
     void SaveTargetFile();
+    bool keepDamagedTarget();
     [[nodiscard]] int32_t itemOfInputRate() const;
 
     ProgramValues& values_;
     Messages& messages_;
     TuningView* view_;
+
+    // What eqDesigner is prepared with.
+    struct Prepared {
+        int64_t load = 0;  // of responseAnalyzer
+        int32_t sampleRate = 0;
+        bool isTable = false;
+        bool operator==(const Prepared&) const = default;
+    };
+    Prepared prepared_;
+    mutable ComplexVector refinedCurve_;  // empty until asked for
 };
 
 }  // namespace tonvane

@@ -36,9 +36,9 @@ class WavePlayer {
     static std::string PositionText(int32_t quarters);
 
     CStreamEngine& engine;
-    double durationQuarters = 0.0;          // of the file, not rounded
-    int32_t rangeQuarters = 0;              // of the slider; 0 without a file
-    std::string durationText = noFileText;  // " / MM:SS"
+    double durationQuarters = 0.0;  // of the file, not rounded
+    int32_t rangeQuarters = 0;      // of the slider; 0 without a file
+    std::string durationText{};     // " / MM:SS"; empty until a file has been opened or refused
     static constexpr const char* noFileText = " / --:--";
 };
 

@@ -61,15 +61,15 @@ void drawCurve(const TuningRun& run, const ProgramValues& values, size_t curve,
         case spec1:
             return bins(analyzer.response.spectrum);
         case mixed:
-            return bins(analyzer.firPrediction.spectrum);
+            return bins(analyzer.firPrediction());
         case mixed2:
-            return bins(analyzer.iirPrediction.spectrum);
+            return bins(analyzer.iirPrediction());
         case spec2:
             return powers(designer.measuredPower);
         case filter:
             return bins(designer.firSpectrum);
         case filter2:
-            return bins(run.iirFitter.curve[0]);
+            return bins(run.fittedCurve());
         case target:
             return powers(designer.targetPower);
         default:

@@ -65,12 +65,11 @@ bool CMainDlg::confirm(const std::string& text, const std::string& caption) {
     return host.showMessage({MessageBox::Kind::question, text, caption});
 }
 
-// A text is to be on screen before anything slow begins; taking it away has time.
-void CMainDlg::status(int /*line*/, const std::string& text) {
+void CMainDlg::status(int /*line*/, const std::string& /*text*/, StatusNews news) {
     if (!host.isWindow()) {
         return;
     }
-    if (text.empty()) {
+    if (news == StatusNews::posted) {
         host.post({.message = message::status});
     } else {
         host.send({.message = message::status});
@@ -125,8 +124,9 @@ void CMainDlg::OnDetachStages() {
 void CMainDlg::OnFileOpened() {
     const WAVEFORMATEX& format = engine.inputFile.format;
     run.SetStatusLine(
-        1, std::to_string(format.sampleRate) + " Hz, " + std::to_string(format.channels) + " ch");
-    run.SetStatusLine(2, "");
+        1, std::to_string(format.sampleRate) + " Hz, " + std::to_string(format.channels) + " ch",
+        StatusNews::sent);
+    run.SetStatusLine(2, "", StatusNews::sent);
 }
 
 void CMainDlg::InitTuningState(const DialogMessage& /*m*/) {

@@ -56,7 +56,7 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     // Messages and TuningView.
     void error(const std::string& text) override;
     bool confirm(const std::string& text, const std::string& caption) override;
-    void status(int line, const std::string& text) override;
+    void status(int line, const std::string& text, StatusNews news) override;
     void UpdateResultList() override;
     void RedrawCurves() override;
     void SetEditControlsEnabled(bool enabled) override;

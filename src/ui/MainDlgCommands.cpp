@@ -90,10 +90,14 @@ void CMainDlg::OnMeasure(const DialogMessage& /*m*/) {
     RefreshPlayer();
 }
 
+// The engine tells of its end without an id.
 void CMainDlg::OnCaptureDone(const DialogMessage& m) {
-    StopPlaying();
+    const bool ofEngine = m.id == 0;
+    if (ofEngine) {
+        StopPlaying();
+    }
     takeControls();
-    work([&] { measurement_.CaptureDone(m.lParam != 0); });
+    work([&] { measurement_.CaptureDone(ofEngine, m.lParam != 0); });
     if (m.lParam != 0) {
         host.setFocus(controls::dialog);
     }

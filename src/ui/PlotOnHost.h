@@ -20,7 +20,9 @@ class PlotOnHost : public GraphHost {
     void curveChanged(bool letGo) override {
         host_.send({.message = message::curveChanged, .lParam = letGo ? 1 : 0});
     }
-    void statusText(const std::string& text) override { run_.SetStatusLine(1, text); }
+    void statusText(const std::string& text) override {
+        run_.SetStatusLine(1, text, StatusNews::posted);
+    }
 
   private:
     DialogHost& host_;

@@ -127,12 +127,12 @@ void RegisterPanel::TakeSwitches() {
 }
 
 void RegisterPanel::OnConnect(const DialogMessage& /*m*/) {
-    run_.SetStatusLine(2, "");
+    run_.SetStatusLine(2, "", StatusNews::posted);
     switch (run_.ampLink.Connect()) {
         case CAmpLink::Connection::noSocket:
             return;
         case CAmpLink::Connection::refused:
-            run_.SetStatusLine(2, "Failed to connect");
+            run_.SetStatusLine(2, "Failed to connect", StatusNews::posted);
             return;
         case CAmpLink::Connection::made:
             break;

@@ -14,10 +14,11 @@ std::array<std::string, resultsHeadings.size()> ResultsRow(const TuningRun& run)
     if (!analyzer.valid) {
         return {speaker, "", "", "", ""};
     }
-    const char* polarity = analyzer.polarity < 0 ? "Neg" : analyzer.polarity > 0 ? "Pos" : "??";
+    const int32_t sign = analyzer.polarity();
+    const char* polarity = sign < 0 ? "Neg" : sign > 0 ? "Pos" : "??";
     return {speaker, polarity, std::to_string(analyzer.delaySamples) + " smpl",
             fmt::format("{:.1f} dB", 10.0 * elementary::Log10(run.eqDesigner.measuredLoudness)),
-            std::to_string(analyzer.cutoffHz) + " Hz"};
+            std::to_string(analyzer.cutoffHz()) + " Hz"};
 }
 
 }  // namespace tonvane

@@ -23,7 +23,11 @@ std::string folderOf(const char* variable) {
 }  // namespace
 
 FileUserStore::FileUserStore(const std::string& path) : path_(path) {
-    const auto contents = ReadTextFile(path);
+    ReadFault fault;
+    const auto contents = ReadTextFile(path, &fault);
+    if (!contents && !fault.isMissing) {
+        path_.clear();  // what cannot be read is not to be written over
+    }
     std::string_view rest = contents ? std::string_view(*contents) : std::string_view();
     while (!rest.empty()) {
         const size_t end = std::min(rest.find('\n'), rest.size());

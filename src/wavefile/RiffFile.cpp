@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 #include "text/LittleEndian.h"
 
@@ -27,10 +26,6 @@ void writeWord(std::FILE* file, uint32_t value) {
     Word bytes{};
     StoreLittleEndian(value, bytes);
     std::fwrite(bytes.data(), 1, bytes.size(), file);
-}
-
-void seek(std::FILE* file, int64_t position) {
-    std::fseek(file, static_cast<long>(position), SEEK_SET);
 }
 
 }  // namespace
@@ -63,9 +58,9 @@ bool CRiffFile::OpenForReading(const std::string& path, RiffTag& formTag) {
         return false;
     }
     mode = Mode::reading;
-    std::fseek(file.get(), 0, SEEK_END);
-    fileEnd = std::ftell(file.get());
-    seek(file.get(), 0);
+    SeekFile(file.get(), 0, SEEK_END);
+    fileEnd = TellFile(file.get());
+    SeekFile(file.get(), 0);
     RiffTag tag = 0;
     if (!NextChunk(tag) || tag != riffTag || !readWord(file.get(), formTag)) {
         Close();
@@ -80,7 +75,7 @@ void CRiffFile::BeginChunk(RiffTag tag) {
     }
     writeWord(file.get(), tag);
     writeWord(file.get(), 0);
-    const int64_t start = std::ftell(file.get());
+    const int64_t start = TellFile(file.get());
     chunks.push_back({start, start, 0});
 }
 
@@ -89,7 +84,7 @@ bool CRiffFile::NextChunk(RiffTag& tag) {
     if (!file || !readWord(file.get(), tag) || !readWord(file.get(), size)) {
         return false;
     }
-    const int64_t start = std::ftell(file.get());
+    const int64_t start = TellFile(file.get());
     const int64_t end = std::min(start + int64_t{size}, std::max(start, fileEnd));
     chunks.push_back({start, end, end - start});
     return true;
@@ -106,13 +101,13 @@ void CRiffFile::EndChunk() {
     const Chunk chunk = chunks.back();
     chunks.pop_back();
     if (mode == Mode::reading) {
-        seek(file.get(), chunk.end);
+        SeekFile(file.get(), chunk.end);
         return;
     }
-    const int64_t position = std::ftell(file.get());
-    seek(file.get(), chunk.start - 4);
+    const int64_t position = TellFile(file.get());
+    SeekFile(file.get(), chunk.start - 4);
     writeWord(file.get(), static_cast<uint32_t>(position - chunk.start));
-    seek(file.get(), position);
+    SeekFile(file.get(), position);
 }
 
 void CRiffFile::Close() {
@@ -124,22 +119,22 @@ void CRiffFile::Close() {
     mode = Mode::closed;
 }
 
-int CRiffFile::Remaining() const {
+int64_t CRiffFile::Remaining() const {
     if (!file) {
         return -1;
     }
     if (chunks.empty()) {
         return 0;
     }
-    const int64_t position = std::ftell(file.get());
+    const int64_t position = TellFile(file.get());
     const Chunk& top = chunks.back();
     const int64_t bytes = mode == Mode::reading ? top.end - position : position - top.start;
-    return static_cast<int>(std::clamp<int64_t>(bytes, 0, std::numeric_limits<int>::max()));
+    return std::max<int64_t>(bytes, 0);
 }
 
 void CRiffFile::SeekInChunk(int64_t offset) {
     if (file && !chunks.empty()) {
-        seek(file.get(), chunks.back().start + offset);
+        SeekFile(file.get(), chunks.back().start + offset);
     }
 }
 

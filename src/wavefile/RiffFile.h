@@ -62,8 +62,8 @@ class CRiffFile {
     void Close();
 
     // Reading: bytes from the position to the end of the top chunk, 0 behind its end. Writing:
-    // bytes of it so far. -1 without an open file. At most the largest int.
-    [[nodiscard]] int Remaining() const;
+    // bytes of it so far. -1 without an open file.
+    [[nodiscard]] int64_t Remaining() const;
 
     // Puts the position so many bytes behind the start of the top chunk.
     void SeekInChunk(int64_t offset);

@@ -1,5 +1,6 @@
 #include "wavefile/SampleBytes.h"
 
+#include <bit>
 #include <cmath>
 
 #include "text/LittleEndian.h"
@@ -24,6 +25,11 @@ void SampleBytes::Decode(std::span<const uint8_t> bytes, std::span<double> sampl
     for (double& sample : samples) {
         const auto word = LoadLittleEndian<uint32_t>(bytes.first(width));
         bytes = bytes.subspan(width);
+        if (isFloat) {
+            const auto number = std::bit_cast<float>(word);
+            sample = std::isfinite(number) ? number : 0.0;
+            continue;
+        }
         const int32_t value = bytesPerSample == 1
                                   ? static_cast<int32_t>(word) - zeroOffset
                                   : static_cast<int32_t>(word << signShift) >> signShift;

@@ -16,12 +16,13 @@ struct SampleBytes {
     int32_t minimum = 0;         // the range of the integers, as signed ones
     int32_t maximum = 0;
     int32_t signShift = 0;  // 32 - bits
+    bool isFloat = false;   // float32 at full scale 1.0 instead, for decoding
 
     // For 1 to 32 bits.
     static SampleBytes OfBits(int32_t bits);
 
     // Bytes of whole samples to samples at full scale 1.0; `samples` is as long as there are bytes
-    // for.
+    // for. A float that is no finite number becomes 0.
     void Decode(std::span<const uint8_t> bytes, std::span<double> samples) const;
 
     // Rounds to the nearest integer (halves up) and cuts at the range; a sample that is no number

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include "text/LittleEndian.h"
 
@@ -12,6 +13,9 @@ namespace {
 constexpr RiffTag waveTag = MakeRiffTag("WAVE");
 constexpr RiffTag formatTag = MakeRiffTag("fmt ");
 constexpr RiffTag dataTag = MakeRiffTag("data");
+
+// A format tag that says that the real one stands in the extension of the format chunk.
+constexpr uint32_t extensible = 0xFFFE;
 
 // The record of the format chunk.
 constexpr size_t recordBytes = 16;
@@ -65,6 +69,7 @@ bool CWaveFile::Create(const std::string& path, int32_t rate, int32_t bits, int3
 
 bool CWaveFile::Open(const std::string& path, int32_t& rate, int32_t& bits, int32_t& channels) {
     RiffTag form = 0;
+    broken = false;
     if (!riff.OpenForReading(path, form)) {
         return false;
     }
@@ -85,6 +90,13 @@ bool CWaveFile::readHead(int32_t& rate, int32_t& bits, int32_t& channels) {
         return false;
     }
     coding = SampleBytes::OfBits(head.bitsPerSample);
+    sampleTag_ = head.formatTag;
+    Record extension{};
+    if (sampleTag_ == extensible &&
+        riff.Read(extension.data(), extension.size()) == extension.size()) {
+        sampleTag_ = field(extension, 8, 2);  // what the long name of the samples begins with
+    }
+    coding.isFloat = takesFloats && sampleTag_ == floats && head.bitsPerSample == 32;
     riff.EndChunk();
     if (!findChunk(dataTag)) {
         return false;
@@ -107,7 +119,9 @@ bool CWaveFile::findChunk(RiffTag wanted) {
 }
 
 int32_t CWaveFile::FramesLeft() const {
-    return riff.isOpen() ? riff.Remaining() / coding.bytesPerSample / head.channels : 0;
+    const int64_t bytesLeft = riff.isOpen() && !broken ? riff.Remaining() : 0;
+    const int64_t frames = bytesLeft == 0 ? 0 : bytesLeft / coding.bytesPerSample / head.channels;
+    return static_cast<int32_t>(std::min<int64_t>(frames, std::numeric_limits<int32_t>::max()));
 }
 
 void CWaveFile::SeekFrame(int64_t frame) {
@@ -118,7 +132,9 @@ void CWaveFile::SeekFrame(int64_t frame) {
 void CWaveFile::Read(double* samples, int32_t frames) {
     const size_t count = static_cast<size_t>(frames) * static_cast<size_t>(head.channels);
     bytes.resize(count * static_cast<size_t>(coding.bytesPerSample));
+    const bool promised = frames <= FramesLeft();
     const size_t got = riff.Read(bytes.data(), bytes.size());
+    broken = broken || (promised && got < bytes.size());
     std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(got), bytes.end(), uint8_t{0});
     coding.Decode(bytes, {samples, count});
 }

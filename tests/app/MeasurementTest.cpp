@@ -111,8 +111,8 @@ TEST_F(MeasuringForAPerson, GivesTheSpeakersResponseBack) {
         ResponseAnalyzer expected;
         expected.loadImpulse(48000, responseLength, c.samples);
         EXPECT_EQ(report.delaySamples, expected.delaySamples + c.lead);
-        EXPECT_EQ(report.polarity, expected.polarity);
-        EXPECT_EQ(report.cutoffHz, expected.cutoffHz);
+        EXPECT_EQ(report.polarity, expected.polarity());
+        EXPECT_EQ(report.cutoffHz, expected.cutoffHz());
         for (int32_t k = 28; k < 13654; ++k) {  // 40 Hz to 20 kHz
             const double ratio = std::abs(run.responseAnalyzer.response.spectrum[k]) /
                                  std::abs(expected.response.spectrum[k]);

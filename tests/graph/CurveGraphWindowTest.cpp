@@ -1,7 +1,7 @@
 // Handles of the target curve under the mouse.
 #include <gmock/gmock.h>
 
-#include "graph/CurveGraphWindow.h"
+#include "graph/HandleKeys.h"
 #include "graph/RecordingCanvas.h"
 
 namespace tonvane {
@@ -50,7 +50,7 @@ class Drag : public testing::Test {
         plot.SetRecord(record);
         plot.OnLeftButtonDown(at(record.points[index].frequency, record.points[index].level));
         EXPECT_EQ(plot.dragIndex, index);
-        plot.OnMouseMove(to);
+        plot.OnMouseMove(to, true);
         plot.OnLeftButtonUp();
         return plot.record.points[index];
     }
@@ -94,11 +94,11 @@ TEST_F(Drag, KeepsKnotsApartAndBandEdgesInOrder) {
 }
 
 TEST_F(Drag, TellsTheHostStepByStep) {
-    plot.OnMouseMove(at(1000.0, 5.0));
+    plot.OnMouseMove(at(1000.0, 5.0), false);
     EXPECT_THAT(host.take(), ElementsAre("cross"));
     plot.OnLeftButtonDown(at(1000.0, 5.0));
     EXPECT_THAT(host.take(), ElementsAre("hold", "move"));
-    plot.OnMouseMove({56 + 500, 8 + 41});
+    plot.OnMouseMove({56 + 500, 8 + 41}, true);
     EXPECT_THAT(host.take(), ElementsAre("moving", MatchesRegex("'\\([12][0-9]+ Hz, 0 dB\\)'")));
     EXPECT_EQ(kind, zeroCurve);
     plot.OnLeftButtonUp();
@@ -106,6 +106,9 @@ TEST_F(Drag, TellsTheHostStepByStep) {
     EXPECT_EQ(kind, savedCurve);
     plot.OnLeftButtonUp();
     EXPECT_THAT(host.take(), IsEmpty());
+    plot.OnLeftButtonDown(at(100.0, 3.0));
+    plot.OnMouseMove({56 + 500, 8 + 100}, false);  // the button has gone up elsewhere
+    EXPECT_THAT(host.take(), ElementsAre("hold", "move", "release", "let go", "''"));
     drag(8, {56 + 500, 8 + 41});
     EXPECT_THAT(host.take(), testing::Contains(MatchesRegex("'\\((1999|2000) Hz\\)'")));
 }
@@ -121,12 +124,33 @@ TEST_F(Drag, TheKeyboardMovesAHandleInsideTheAxes) {
                                          "'(3571 Hz, -40 dB)'", "release", "let go", "''"));
 }
 
+TEST_F(Drag, KeysGoFromOneShownHandleToTheNext) {
+    HandleKeys keys(plot);
+    const auto next = [&](int32_t step) {
+        keys.chooseNext(step);
+        return keys.chosen();
+    };
+    plot.showBandEdges = false;
+    EXPECT_THAT((std::vector{keys.chosen(), next(1), next(1), next(-1), next(-1), next(1)}),
+                ElementsAre(-1, 0, 1, 0, 6, 0));
+    keys.choose(4);
+    keys.move(1, 1, false);
+    EXPECT_EQ(plot.record.points[4], (CurvePoint{1029, 6}));
+    keys.move(-1, 0, true);
+    EXPECT_EQ(plot.record.points[4], (CurvePoint{1028, 6}));
+    EXPECT_EQ(next(1), 5);
+    EXPECT_EQ(plot.dragIndex, -1);
+    keys.choose(8);  // which is hidden
+    keys.move(1, 1, false);
+    EXPECT_EQ(plot.record.points[8], record.points[8]);
+}
+
 TEST_F(Drag, HiddenHandlesCanBeTakenUpButDoNotShowOrDesign) {
     plot.showKnots = false;
     plot.showBandEdges = false;
     plot.DrawHandles();
     EXPECT_THAT(canvas.take(), IsEmpty());
-    plot.OnMouseMove(at(1000.0, 5.0));
+    plot.OnMouseMove(at(1000.0, 5.0), false);
     EXPECT_THAT(host.take(), IsEmpty());
     plot.OnLeftButtonDown(at(1000.0, 5.0));
     plot.OnLeftButtonUp();
@@ -148,9 +172,11 @@ TEST_F(Drag, TheLowerHandleOfTwoIsHitInsideTwelvePixels) {
     EXPECT_EQ(plot.HitTest({knot.right, knot.top}), -1);
     EXPECT_EQ(plot.HitTest({knot.left, knot.bottom}), -1);
     EXPECT_EQ(plot.HitTest({0, -160}), 7);
-    record.points[0] = {0, 0};  // no place on the axis, and no overflow
+    record.points[0] = {0, 40};  // beyond the window: at its edge, and no overflow
+    record.points[6] = {30000, 0};
     plot.SetRecord(record);
-    EXPECT_LT(plot.handleRects[0].right, -1000000);
+    EXPECT_EQ(plot.handleRects[0], (Rectangle{-56, -208, -44, -196}));
+    EXPECT_EQ(plot.handleRects[6], (Rectangle{754, -166, 766, -154}));
 }
 
 }  // namespace

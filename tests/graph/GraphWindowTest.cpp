@@ -119,8 +119,11 @@ TEST_F(GraphWindow, EachCurveHasItsOwnColumns) {
         size_t count;
         double first, step, high;
         int32_t lastColumn;
-    } curves[] = {{9, 0.0, 1.0, 300.0, 8},   {5, 0.0, 1.0, 300.0, 4},  {20, 0.0, 1.0, 300.0, 19},
-                  {20, 5.0, 1.0, 300.0, 24}, {9, 0.0, 2.0, 300.0, 16}, {9, 0.0, 1.0, 150.0, 16}};
+    } curves[] = {{9, 0.0, 1.0, 300.0, 8},
+                  {20, 0.0, 1.0, 300.0, 19},
+                  {20, 5.0, 1.0, 300.0, 24},
+                  {9, 0.0, 2.0, 300.0, 16},
+                  {9, 0.0, 1.0, 150.0, 16}};
     for (const auto& c : curves) {
         plot.xAxis.SetFixedRange(0.0, c.high, 3, 1);
         plot.DrawCurveUniform(c.first, c.step, std::vector<double>(c.count), 0, 1);

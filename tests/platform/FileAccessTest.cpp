@@ -18,9 +18,14 @@ using testing::HasSubstr;
 using testing::Optional;
 using tests::Contents;
 
-TEST(ReplaceFile, KeepsPermissionsAndLinksAndTakesTheLongestNames) {
+std::function<void()> whenOnDisk;
+std::string watched, seenAtTheEnd;
+
+TEST(ReplaceFile, KeepsOwnerPermissionsAndLinksAndTakesTheLongestNames) {
     const tests::TemporaryFolder folder;
-    chmod(folder.write("file", "old").c_str(), 0640);
+    const uid_t owner = geteuid() == 0 ? 65534 : geteuid();
+    ASSERT_EQ(chown(folder.write("file", "old").c_str(), owner, getegid()), 0);
+    chmod((folder / "file").c_str(), 0640);
     fs::create_symlink("file", folder / "link");
     fs::create_symlink("new", folder / "dangling");
     EXPECT_EQ(ReplaceFile(folder / "link", "one"), std::nullopt);
@@ -29,16 +34,30 @@ TEST(ReplaceFile, KeepsPermissionsAndLinksAndTakesTheLongestNames) {
     EXPECT_EQ(ReplaceFile(folder / longest, "three"), std::nullopt);
     EXPECT_EQ(Contents(folder / "file"), "one");
     EXPECT_EQ(Contents(folder / "new"), "two");
-    EXPECT_EQ(fs::status(folder / "file").permissions(), fs::perms(0640));
+    struct stat now {};
+    stat((folder / "file").c_str(), &now);
+    EXPECT_EQ(now.st_uid, owner);
+    EXPECT_EQ(now.st_mode & 07777, 0640U);
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_TRUE(fs::is_symlink(folder / "dangling"));
     EXPECT_THAT(folder.names(), ElementsAre("dangling", "file", "link", "new", longest));
 }
 
+TEST(File, IsTheSameUnderAnotherName) {
+    const tests::TemporaryFolder folder;
+    folder.write("file", "");
+    fs::create_hard_link(folder / "file", folder / "hard");
+    fs::create_symlink("new", folder / "dangling");
+    fs::create_directory_symlink(".", folder / "around");
+    EXPECT_TRUE(IsSameFile(folder / "file", folder / "hard"));
+    EXPECT_TRUE(IsSameFile(folder / "new", folder / "dangling"));
+    EXPECT_TRUE(IsSameFile(folder / "new", folder / "around/new"));
+    EXPECT_FALSE(IsSameFile(folder / "new", folder / "file"));
+}
+
 TEST(ReplaceFile, ThatFailsLosesNothingAndLeavesNothingBehind) {
     const tests::TemporaryFolder folder;
     const std::string file = folder.write("file", "old");
-    std::signal(SIGXFSZ, SIG_IGN);
     rlimit unlimited{};
     getrlimit(RLIMIT_FSIZE, &unlimited);
     const rlimit full{1000, unlimited.rlim_max};  // as a full disk
@@ -50,6 +69,12 @@ TEST(ReplaceFile, ThatFailsLosesNothingAndLeavesNothingBehind) {
         EXPECT_THAT(reason(file + "/below"), Optional(HasSubstr("Not a directory")));
         EXPECT_THAT(reason(folder / "no/such"), Optional(HasSubstr("No such file")));
         EXPECT_THAT(reason("/dev/full"), Optional(HasSubstr("No space left")));
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        close(ends[0]);
+        EXPECT_THAT(reason("/dev/fd/" + std::to_string(ends[1])),
+                    Optional(HasSubstr("Broken pipe")));
+        close(ends[1]);
         setrlimit(RLIMIT_FSIZE, &full);
         EXPECT_THAT(reason(file), Optional(HasSubstr("too large")));
         EXPECT_THAT(reason(folder / "other"), Optional(HasSubstr("too large")));
@@ -63,6 +88,31 @@ TEST(ReplaceFile, ThatFailsLosesNothingAndLeavesNothingBehind) {
     }
     EXPECT_EQ(Contents(file), "old");
     EXPECT_THAT(folder.names(), ElementsAre("file"));
+}
+
+TEST(ReplaceFiles, AreAllReplacedOrNoneWhateverComesBetween) {
+    const tests::TemporaryFolder folder;
+    const std::string last = folder.write("last", "old");
+    watched = folder.write("first", "old");
+    const std::vector<NewContents> files{
+        {watched, "new"}, {folder / "fresh", "new"}, {last, "new"}};
+    whenOnDisk = [&] {
+        fs::remove_all(last);
+        fs::create_directories(last + "/full");
+    };
+    const auto failure = ReplaceFiles(files);
+    EXPECT_TRUE(failure && failure->path == last);
+    EXPECT_EQ(Contents(watched), "old");
+    EXPECT_THAT(folder.names(), ElementsAre("first", "last"));
+    fs::remove_all(last);
+
+    std::signal(SIGTERM, [](int /*signal*/) { seenAtTheEnd = Contents(watched); });
+    whenOnDisk = [] { std::raise(SIGTERM); };
+    EXPECT_FALSE(ReplaceFiles(files));
+    whenOnDisk = {};
+    std::signal(SIGTERM, SIG_DFL);
+    EXPECT_EQ(seenAtTheEnd, "new");
+    EXPECT_THAT(folder.names(), ElementsAre("first", "fresh", "last"));
 }
 
 TEST(ReplaceFile, RespectsReadOnlyFilesAndFolders) {
@@ -88,3 +138,11 @@ TEST(ReplaceFile, RespectsReadOnlyFilesAndFolders) {
 
 }  // namespace
 }  // namespace tonvane
+
+// In the place of the C library's.
+extern "C" int fsync(int /*descriptor*/) {
+    if (tonvane::whenOnDisk) {
+        tonvane::whenOnDisk();
+    }
+    return 0;
+}

@@ -37,12 +37,11 @@ std::string halfAndMinusOne(uint32_t tag, uint32_t bits) {
 class SoundFile : public testing::Test {
   protected:
     std::vector<double> read(const std::string& bytes, std::optional<int32_t> channel = {}) {
-        const SoundChannel sound = ReadSoundChannel(folder.write("w.wav", bytes), channel, notes);
+        const SoundChannel sound = ReadSoundChannel("w.wav", bytes, channel, notes);
         EXPECT_EQ(sound.rate, 44100);
         return sound.samples;
     }
 
-    tests::TemporaryFolder folder;
     InputNotes notes;
     const std::string data = halfAndMinusOne(pcm, 16);
     const std::string whole = WaveBytes({}, data);
@@ -79,8 +78,6 @@ TEST_F(SoundFile, IsRefusedWithAReason) {
     for (const auto& c : cases) {
         EXPECT_THAT(tests::ComplaintOf([&] { read(c.bytes, c.channel); }), HasSubstr(c.complaint));
     }
-    EXPECT_THAT(tests::ComplaintOf([&] { ReadSoundChannel("/none.wav", {}, notes); }),
-                testing::StartsWith("/none.wav: "));
 }
 
 TEST_F(SoundFile, ThatIsCutIsToldOf) {

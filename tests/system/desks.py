@@ -8,7 +8,7 @@ import tempfile
 import pytest
 from PIL import Image
 
-from programs import BIN, GOLDEN, GOLDEN_CASES, LIMIT, Folder, Running, good, until
+from programs import BIN, GOLDEN, GOLDEN_CASES, LIMIT, Folder, Running, cli, until
 from screen import Screen, differing
 
 CLOSE, GAIN_CLAMP, INPUT_RATE = (482, 168), (359, 168), (421, 168)  # dialog units
@@ -20,13 +20,15 @@ class Desk(contextlib.ExitStack):
     """tonvane on Qt, in a folder. Places are dialog units from the window's upper left corner."""
 
     command, runner, title, unit = ("tonvane",), (), "Tonvane", (2, 2)
+    fit = "iterated"
 
     def __init__(self, screen, folder):
         super().__init__()
         self.screen, self.folder = screen, folder
         self.environment = {
             "DISPLAY": screen.name, "HOME": str(folder), "XDG_STATE_HOME": f"{folder}/state",
-            "XDG_RUNTIME_DIR": str(folder), "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion"}
+            "XDG_RUNTIME_DIR": str(folder), "JACK_DEFAULT_SERVER": "nobody's",
+            "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion"}
 
     def start(self, *arguments, first=None):
         """Starts the program; its first window has the keyboard then."""
@@ -111,11 +113,11 @@ class Desk(contextlib.ExitStack):
     def expect_plot(self, target):
         """Waits until the plot shows what tonvane-cli draws for the response and a target file."""
         width, height = self.pixels(*PLOT)[2:]
-        good("plot", "response", "--target", target, "--caption", "", "-o", "plot.png",
-             "--size", f"{width}x{height + LEGEND}")
+        cli("plot", "response", "--target", target, "--caption", "", "-o", "plot.png", "--size",
+            f"{width}x{height + LEGEND}", "--fit", self.fit)
         wanted = Image.open("plot.png").convert("RGB").crop((56, 8, width - 16, height - 24))
-        # The rim of a curve may differ, and a ring marks the knot of the keyboard.
-        self.until(lambda: differing(self.screen.picture(self.plot()), wanted, 100) < 200)
+        # The rim of a curve may differ; a ring would be more.
+        self.until(lambda: differing(self.screen.picture(self.plot()), wanted, 100) < 100)
 
     def drop(self, name):
         x, y = self.screen.corner(self.window)
@@ -126,7 +128,7 @@ class Lab(Desk):
     """tonvane-lab, with the controls that the dialog hides; they go by their numbers."""
 
     command, title = ("tonvane-lab", "--layout", "layout"), "Tonvane Lab"
-    box_title = "tonvane"
+    fit = "refined"
 
     def start(self, *arguments, **setting):
         super().start(*arguments, **setting)

@@ -48,7 +48,8 @@ class Screen(contextlib.ExitStack):
         """The windows of this title that are shown and managed."""
         for number in self._values(self._root, "_NET_CLIENT_LIST"):
             with contextlib.suppress(BadWindow):
-                if bytes(self._values(self._window(number), "_NET_WM_NAME")) == title.encode():
+                name = bytes(self._values(self._window(number), "_NET_WM_NAME")).decode()
+                if name.strip() == title:
                     yield number
 
     def focused(self, title, other=None):
@@ -82,8 +83,14 @@ class Screen(contextlib.ExitStack):
         self._fake(X.MotionNotify, at=place)
         self._x.sync()
 
-    def drag(self, *places):
-        """Presses the mouse at the first place, goes to the others and lets go at the last.
+    def button(self, number):
+        """Of the mouse where it is: 3 is the right one, 4 and 5 are the wheel's."""
+        self._fake(X.ButtonPress, number)
+        self._fake(X.ButtonRelease, number)
+        self._x.sync()
+
+    def drag(self, *places, meanwhile=lambda: None):
+        """Presses the mouse at the first place, goes to the others, does something and lets go.
 
         Menus and lists take all of the mouse, some until after they have gone: waits for that."""
         until(lambda: self._root.grab_pointer(
@@ -94,8 +101,12 @@ class Screen(contextlib.ExitStack):
         self._fake(X.ButtonPress, 1)
         for place in places[1:]:
             self._fake(X.MotionNotify, at=place)
-        self._fake(X.ButtonRelease, 1)
         self._x.sync()
+        try:
+            meanwhile()
+        finally:
+            self._fake(X.ButtonRelease, 1)
+            self._x.sync()
 
     def click(self, place):
         self.drag(place)

@@ -30,6 +30,7 @@ def test_files_from_windows_are_taken_as_they_are(folder):
 
 def test_response_with_capitals_is_found_as_it_is_given(folder):
     folder.put("Port44.QSR", GOLDEN / "port44.qsr")
+    (folder / "port44.qsr").mkdir()  # is no file
     folder.put("t.txt", GOLDEN / "warm3.txt")
     expect_reference(folder, "port44", 7, "44100", "Port44.QSR", "qsr", "f.txt", "t.txt")
 
@@ -40,6 +41,24 @@ def test_paths_may_be_whole_and_have_blanks(folder):
     folder.put("t.txt", GOLDEN / "tilt6.txt")
     expect_reference(folder, "logspaced", 7, "48000", folder / "My speakers/log spaced.csv", "csv",
                      "f.txt", folder / "t.txt", "-noprompt")
+
+
+def test_target_file_that_does_not_load_is_kept_beside(folder):
+    folder.put("r.qsr", GOLDEN / "small48.qsr")
+    damaged = (GOLDEN / "tilt6.txt").read_text().replace(",", ";", 1)
+    folder.put("t", damaged)
+    command = "-cmd", "", "r.qsr", "qsr", "f", "t", "-noprompt"
+    done = cli(*command)
+    assert done.err == ("Error: Failed to load desired response data. File is missing.\n"
+                        "Warning: t: did not load; what it held is in t.bak\n")
+    assert (folder / "t.bak").read_text() == damaged
+    good(*command)  # by now it loads
+
+    folder.put("t", damaged)
+    (folder / "t.bak").unlink()
+    (folder / "t.bak").mkdir()
+    assert "Warning: t: did not load, and stays as it is" in cli(*command).err
+    assert (folder / "t").read_text() == damaged
 
 
 @pytest.mark.parametrize("rate", [0, 1, -48000, -2**31, 2**31 - 1])

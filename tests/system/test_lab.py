@@ -8,6 +8,7 @@ from desks import CLOSE
 from programs import wav
 
 pytest_plugins = ["desks"]
+WHITE = b"\xff\xff\xff"
 DEVICES, LOOPBACK = 4001, ["Up"]  # the menu, and the last of its entries: without hardware
 
 
@@ -21,8 +22,27 @@ def test_menu_key_opens_the_menu_of_a_plain_start(desk):
     assert desk.ended() == 0
 
 
-def test_device_of_the_menu_measures(panel):
+def test_text_of_the_plot_grows_with_the_screens_density(desk):
+    for scale, pixels in (1, 8), (1.25, 10):
+        desk.environment["QT_SCALE_FACTOR"] = str(scale)
+        desk.start()
+        x, y = desk.screen.corner(desk.window)
+        labels = x + 100, y + round(296 * scale) - 19, 600, 18  # at the plot's lower edge
+
+        def rows_with_ink():
+            picture = desk.screen.picture(labels).convert("L")
+            return (picture.point(lambda level: 255 * (level < 150)).getbbox() or (0, 0, 0, 0))[1::2]
+        desk.until(lambda: rows_with_ink()[1] - rows_with_ink()[0] == pixels)
+        desk.screen.keys("Escape")
+        assert desk.ended() == 2
+
+
+def test_device_of_the_menu_measures(panel, amplifier):
+    panel.link(amplifier.port)
     panel.start()
+    panel.press(2060)
+    panel.until(lambda: WHITE in panel.look(2071, inside=30))
+    assert WHITE not in panel.look(2072, inside=30)  # of a box to be read only
     panel.pick(DEVICES, *LOOPBACK)
     panel.press(2000)
     file = Path("measured.qsr")
@@ -34,30 +54,19 @@ def test_device_of_the_menu_measures(panel):
     assert panel.ended() == 0
 
 
-def test_keyboard_moves_a_knot_and_saves_the_plot(panel):
-    panel.start_batch("small48", "-noprompt")
-    x, y = panel.screen.corner(panel.window)
-    panel.screen.click((x + 60, y + 20))  # a corner of the plot without knots
-    panel.screen.keys("Page_Down", "Page_Down", "Up", "Up", "Shift_L+Right", "Control_L+s")
-    panel.choose_file("Save As", panel.folder / "plot")
-    panel.press(8)
-    assert panel.ended() == 0
+def test_keyboard_moves_the_knot_beside_the_clicked_one_and_saves_the_plot(desk):
+    desk.start_batch("small48", "-noprompt")
+    desk.screen.click(desk.on_plot(1300, 0))
+    desk.screen.keys("Page_Up", "Up", "Up", "Shift_L+Right", "Tab", "Down", "Control_L+s")
+    desk.choose_file("Save As", desk.folder / "plot")
+    desk.click(CLOSE)
+    assert desk.ended() == 0
     assert Path("plot.png").read_bytes().startswith(b"\x89PNG")
     lines = Path("target.txt").read_text().splitlines()
-    assert (lines[0], lines[4]) == ("-savedcurve", "501, 3")  # 500 Hz, 1 dB before
+    assert lines[:2] + lines[4:5] == ["-savedcurve", "-7", "501, 3"]  # -6, 500 Hz, 1 dB before
 
 
-def test_wave_file_is_opened_from_the_list_of_the_folder(panel):
-    panel.folder.put("a.wav", "")
-    panel.start()
-    panel.press(4000)
-    panel.choose_file("Open", panel.folder / "a.wav")
-    panel.press(8)
-    assert panel.ended() == 0
-    assert panel.recent_files() == ["a.wav"]
-
-
-def test_dropped_file_plays_from_where_it_is_asked_to_pauses_and_stops(panel):
+def test_wave_file_plays_from_where_it_is_asked_to_pauses_and_stops(panel):
     size = 2_000_000_000  # of a file with holes, which plays long enough even without hardware
     head = bytearray(wav(96000, [], channels=2))
     head[4:8], head[40:44] = struct.pack("<I", 36 + size), struct.pack("<I", size)
@@ -78,7 +87,8 @@ def test_dropped_file_plays_from_where_it_is_asked_to_pauses_and_stops(panel):
     panel.start()
     panel.pick(DEVICES, *LOOPBACK)
     no_time = panel.look(1005)
-    panel.drop("long.wav")
+    panel.press(4000)
+    panel.choose_file("Open", panel.folder / "long.wav")
     start, idle = time_after(no_time), sign()
     panel.press((1004, 0.75))
     chosen = time_after(start)

@@ -1,10 +1,12 @@
 """What no command can serve: a line of complaint, the exit code, and every file as it was."""
 
+import random
+import re
 import shlex
 
 import pytest
 
-from programs import EXAMPLES, GOLDEN, cli, qsr, wav
+from programs import BIN, EXAMPLES, GOLDEN, cli, qsr, run, wav
 
 COMPLAINTS = [  # one line, exit code 1
     ("design none -o n", "none: cannot be opened"),
@@ -42,6 +44,9 @@ COMPLAINTS = [  # one line, exit code 1
     ("measure -o n --rate 7999", "--rate: expected 8000 to 192000 Hz"),
     (f"measure -o n --device 'simulated:{EXAMPLES}/small-speaker.qsr' --rate 44100",
      "at 48000 Hz, not at the 44100"),
+    ("measure -o good.qsr --device simulated:./good.qsr", "good.qsr: would overwrite"),
+    ("measure -o n --report good.qsr --device simulated:good.qsr", "good.qsr: would overwrite"),
+    ("design --measure -o good.qsr --device simulated:good.qsr", "good.qsr: would overwrite"),
     ("measure -o n --device gramophone", "gramophone: there is no such audio device"),
     ("measure -o n --device alsa:gramophone",
      'Cannot open the ALSA device "gramophone" for capture: No such file or directory'),
@@ -50,6 +55,10 @@ COMPLAINTS = [  # one line, exit code 1
     ("play t.csv --device simulated", "t.csv: is no wave file"),
     ("play 2s.wav --device simulated --from 2.5", "2s.wav: the file ends after 2.00 seconds"),
     ("play silent.wav --device simulated", "silent.wav: the file holds no sound"),
+    ("play law.wav --device simulated", "law.wav: expected 8 to 32 bit integers or float32 samples"),
+    ("play fast.wav --device simulated", "fast.wav: the file's sample rate is 2100000000 Hz"),
+    ("design t.csv -o n --solver lapack", "--solver: is for the iterated fit"),
+    ("play /dev/null --device simulated", "/dev/null: is no plain file"),
     ("link read 78", "78: there is no such register; the last one is 77"),
     ("link read 55", "55: the register has no contents"),
     ("link read Volume", "Volume: expected a register's number"),
@@ -64,23 +73,32 @@ COMPLAINTS = [  # one line, exit code 1
 USAGES = [  # exit code 2
     "", "tune", "design", "plot t.csv", "convert t.csv", "measure", "play", "link", "link read",
     "design t.csv", "design t.csv --measure -o n", "design t.csv -o n --faster",
-    "design t.csv -o n --gain-clamp 1", "design t.csv -o n --format 5",
+    "design t.csv -o n --fit best", "design t.csv -o n --gain-clamp 1", "design t.csv -o n --format 5",
     "design t.csv -o n --rate fast", "design t.csv -o n --size 600x400",
     "design t.csv -o n --export apo", "design t.csv -o n --export none=x",
     "plot t.csv -o n.png --scale 0", "convert filters n --kind none", "play t.csv --from -1",
-    "link write 07", "link drc 3", "link read 07 --timeout 0", "link --port 70000 read 07",
+    "''", "design t.csv '' -o n", "design --measure '' -o n", "play t.csv --from nan",
+    "design t.csv -o ''", "design t.csv -o n --report ''", "design t.csv -o n --plot ''",
+    "design t.csv -o n --target ''", "design t.csv -o n --addresses ''", "plot t.csv -o ''",
+    "measure -o ''", "measure -o n --report ''", "link write 07", "link drc 3", "link read 07 --timeout 0", "link --port 70000 read 07",
 ]
 BATCHES = [  # exit code 0 in spite of the complaint; what is written all the same
     ("'' none qsr f t", "Error: Failed to open speaker response file\n", ""),
     ("'' none csv f t", "Error: Failed to process data.\n", "t"),
     ("'' good.qsr csv f t", "Error: Failed to process data.\n", "t"),
     ("'' good.qsr qsr f none/t", "Error: Failed to save Target Response data.\n", "f"),
-    ("'' zero.qsr qsr f t", "Warning: The design did not give numbers", "f t"),
-    ("'' good.qsr qsr none/f t", "", "t"),
+    ("'' zero.qsr qsr f t", "Warning: zero.qsr: the response is silence\nWarning: The design did not "
+     "give numbers; do not use the filter.\nWarning: With a gain clamp", "f t"),
+    ("'' good.qsr qsr none/f t", "none/f: cannot be written: No such file", "t"),
+    ("'' good.qsr qsr /none/f t", "//none/f: cannot be written: No such file", "t"),
     ("'' good.qsr qsr '' t", "", ""),
     ("'' good.qsr qsr f ''", "", "f"),
-    ("'' '' qsr f t", "", ""),
-    ("48000", "", ""),
+    ("'' good.qsr qsr f f", "Warning: f: is the filter file as well", "f"),
+    ("'' good.qsr qsr good.qsr t", "good.qsr: cannot be written: it is the response\n", "t"),
+    ("'' cut.qsr qsr f t", "Warning: cut.qsr: ends after 44 of 262148 bytes", "f t"),
+    ("'' gap.csv csv f t", "Warning: gap.csv: not every line", "f t"),
+    ("'' '' qsr f t", "Warning: no response is given", ""),
+    ("48000", "Warning: no response is given", ""),
 ]
 
 
@@ -88,8 +106,9 @@ GOOD, SILENCE = qsr(48000, [1.0] + [0.0] * 32767), qsr(48000, [0.0] * 32768)
 FILTERS = (GOLDEN / "port44-warm3.filter.txt").read_text()
 INPUTS = {
     "good.qsr": GOOD, "good.png": GOOD, "zero.qsr": SILENCE, "empty": "", "old": "old",
-    "t.csv": "20,1\n", "guess.csv": "20,1,2,3.5\n", "named.wav": "20,1\n", "cut.wav": "RIFF",
-    "silent.wav": wav(8000, []), "2s.wav": wav(8000, [0] * 16001), "raw.f32": b"\0\0\x80\x3F",
+    "cut.qsr": GOOD[:44], "gap.csv": "20,1\n30\n40,1\n20000,2\n", "t.csv": "20,1\n", "guess.csv": "20,1,2,3.5\n", "named.wav": "20,1\n", "cut.wav": "RIFF",
+    "silent.wav": wav(8000, []), "2s.wav": wav(8000, [0] * 16001),
+    "law.wav": wav(8000, [0]).replace(b"\1\0\1\0", b"\7\0\1\0"), "fast.wav": wav(2100000000, [0]), "raw.f32": b"\0\0\x80\x3F",
     "filters": FILTERS, "cut.txt": "0x29 00 80 00 00\n", "volume": "0x07" + FILTERS[4:],
     "twice": "0x2A" + FILTERS[4:],
 }
@@ -114,6 +133,33 @@ def test_what_cannot_be_served_is_told_and_leaves_the_files(
     if code == 1:
         assert done.err.startswith("tonvane-cli: ")
         assert done.err.count("\n") == 1
+
+
+@pytest.mark.parametrize("command", [
+    "design --device simulated", "plot", "convert", "measure --device simulated",
+    "play --device simulated", "link --dry-run", "link --dry-run drc", "devices"])
+def test_every_list_of_options_comes_to_an_end(folder, command):
+    folder.put("t.csv", INPUTS["t.csv"])
+    options = re.findall(r"^ +(?:-\w,)?(--[a-z-]+)", cli(*command.split(), "--help").out, re.M)
+    words = [*({*options} - {"--program", "--device"}), "", "", "t.csv", "n", "1", "-o", "--"]
+    choice = random.Random(command)
+    for _ in range(20):
+        chosen = choice.choices(words, k=choice.randrange(6))
+        assert cli(*command.split(), *chosen, limit=20).code in (0, 1, 2), chosen
+
+
+@pytest.mark.parametrize("command", ["--help", "devices", "link --dry-run read 07",
+                                     f"design {EXAMPLES}/small-speaker.csv -o n"])
+def test_full_standard_output_is_an_error(folder, command):
+    done = run("sh", "-c", f"'{BIN}/tonvane-cli' {command} >/dev/full")
+    assert (done.code, done.err) == (1, "tonvane-cli: standard output cannot be written\n")
+
+
+def test_file_that_is_standard_output_has_it_to_itself(folder):
+    design = f"'{BIN}/tonvane-cli' design '{EXAMPLES}/small-speaker.csv' -o"
+    for command in f"{design} f", f"{design} /dev/stdout > g", f"{design} /dev/stdout | cat > h":
+        assert run("sh", "-c", command).code == 0
+    assert (folder / "f").read_text() == (folder / "g").read_text() == (folder / "h").read_text()
 
 
 @pytest.mark.parametrize("question, part", [

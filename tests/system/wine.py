@@ -51,7 +51,6 @@ class WineDesk(Desk):
     """Tonvane.exe. A program outside, window-probe, reaches all of its controls."""
 
     command, runner, unit = (built("Tonvane.exe"),), RUNNER, (1.5, 1.625)
-    box_title = ""
 
     def __init__(self, screen, folder):
         super().__init__(screen, folder)

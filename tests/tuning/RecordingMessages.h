@@ -13,7 +13,7 @@ struct RecordingMessages : Messages {
     bool confirm(const std::string& /*text*/, const std::string& /*caption*/) override {
         return true;
     }
-    void status(int line, const std::string& text) override {
+    void status(int line, const std::string& text, StatusNews /*news*/) override {
         states.push_back(std::to_string(line) + text);
     }
 

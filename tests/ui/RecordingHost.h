@@ -68,9 +68,9 @@ class RecordingHost : public DialogHost {
     }
     void leave(int id) { press(id, notifications::lostFocus); }  // an edit box loses the focus
     void drag(Point from, Point to) {  // on the plot, from the window's corner
-        dialog_->plot.OnMouseMove(from);
+        dialog_->plot.OnMouseMove(from, false);
         dialog_->plot.OnLeftButtonDown(from);
-        dialog_->plot.OnMouseMove(to);
+        dialog_->plot.OnMouseMove(to, true);
         dialog_->plot.OnLeftButtonUp();
         deliver();
     }
@@ -102,6 +102,7 @@ class RecordingHost : public DialogHost {
     std::map<int, Control> controls;  // the entries of the device menu among them
     int markedDevice = 0;
     int redraws = 0;
+    int posts = 0;                         // status texts that have not been sent at once
     int timerMs = 0;                       // of the player's timer, 0 when it is off
     std::vector<std::string> chosenFiles;  // answers of the file dialog, the next one last
     bool answer = true;                    // of questions
@@ -183,6 +184,7 @@ class RecordingHost : public DialogHost {
     }
     void post(const DialogMessage& m) override {
         const std::lock_guard lock(mutex_);
+        posts += m.message == message::status ? 1 : 0;
         posted_.push_back(m);
         hasPosted_.notify_one();
     }

@@ -1,4 +1,5 @@
 // The register panel by its events, against a link that only records.
+#include "amplifier/RegisterGroups.h"
 #include "link/Recording.h"
 #include "ui/DialogDesk.h"
 
@@ -45,6 +46,7 @@ TEST_F(Panel, LinkControlsFollowTheConnection) {
     EXPECT_THAT(press(connect), ElementsAre("open", "connect 20000"));
     EXPECT_THAT(onLink(), ElementsAre(connect));
     EXPECT_EQ(control(status2).text, "Failed to connect");
+    EXPECT_EQ(host.posts, 2);
 
     link.connects = true;
     link.replies = {0x6C};
@@ -113,13 +115,9 @@ TEST_F(Panel, ASendTakesTheAcceptedTexts) {
         EXPECT_THAT(press(send), ElementsAre(c.frame));
     }
     enter(registerNumber, "5");
-    host.type(word1, "123");
     host.type(word2, "1");  // a box of no bytes is left alone
     EXPECT_EQ(control(word2).text, "1");
     EXPECT_THAT(press(send), ElementsAre("01 05 01 00"));
-    host.type(registerNumber, "29");  // before a read the old texts stay, as numbers
-    EXPECT_THAT(press(send), ElementsAre("01 29 14 00 00 00 00 00 00 00 00 00 00 00 00 "
-                                         "00 00 00 00 00 00 00 00"));
     host.type(registerNumber, "55");
     EXPECT_THAT(press(send), IsEmpty());
 }
@@ -144,9 +142,8 @@ TEST_F(Panel, Set1SwitchesEverythingOffInsideOneBracket) {
     for (int id = biq; id <= drcLast; ++id) {
         EXPECT_EQ(control(id).check, 0) << id;
     }
-    const AmplifierSettings& settings = run().amplifier;
-    EXPECT_FALSE(settings.biqEnabled || settings.splitEnabled || settings.drcEnabled[0] ||
-                 settings.drcEnabled[1]);
+    host.press(showSpec1);  // the switches are looked at, and stay off
+    EXPECT_EQ(press(set1), Bracketed(inside));
 }
 
 TEST_F(Panel, ADesignIsSentAsUnityUntilBiqIsOnAndNotAtAllWithoutAResponse) {
@@ -170,67 +167,56 @@ TEST_F(Panel, ADesignIsSentAsUnityUntilBiqIsOnAndNotAtAllWithoutAResponse) {
 
 TEST_F(Panel, SwitchesSendTheirGroupInsideTheBracket) {
     press(connect);
-    Lines sent = click(split);
-    ASSERT_EQ(sent.size(), 12U);
-    EXPECT_THAT(sent[3], StartsWith("01 58 14 00 7C 7E 9D"));
-    EXPECT_TRUE(run().amplifier.splitEnabled);
-    sent = click(drc2);
-    ASSERT_EQ(sent.size(), 10U);
-    EXPECT_EQ(sent[3], "01 46 04 00 02 00 22");
+    const auto bracketed = [](const auto& group) {
+        Lines frames;
+        for (const RegisterWrite& write : group) {
+            frames.push_back(tests::WriteFrame(write));
+        }
+        return Bracketed(frames);
+    };
+    AmplifierSettings settings = run().amplifier;
+    settings.splitEnabled = settings.drcEnabled[1] = true;
+    EXPECT_EQ(click(split), bracketed(CrossoverGroup(settings)));
+    EXPECT_EQ(click(drc2), bracketed(DrcGroup(settings)));
     press(term);
-    for (const int id : {split, drc2, biq}) {
+    for (const int id : {split, drc2, biq, set1}) {
         EXPECT_THAT(click(id), IsEmpty());
     }
-    EXPECT_THAT(press(set1), IsEmpty());
 }
 
-TEST_F(Panel, TheCrossoverBoxTakesTenHertzToNineTenthsOfTheRate) {
-    press(connect);
-    host.type(crossover, "1");
-    EXPECT_EQ(control(crossover).text, "1");  // until the box is left
-    const struct {
-        const char* typed;
-        int rateItem;
-        size_t sent;
-        const char* shown;
-    } cases[] = {
-        {"300", 2, 0, "300"},           {"10", 2, 12, "10"},  // split or not
-        {" 43200", 2, 12, " 43200"},    {"43201", 2, 0, "43200"}, {"39690", 1, 12, "39690"},
-        {"39691", 1, 0, "39690"},       {"9", 1, 0, "39690"},     {"", 1, 0, "39690"},
-        {"+39690 ", 1, 0, "+39690 "},   {"+-20", 1, 0, "39690"},  {" ", 1, 0, "39690"},
-        {"12a", 1, 0, "39690"},         {"1e3", 1, 0, "39690"},   {"-20", 1, 0, "39690"},
-        {"99999999999", 1, 0, "39690"}, {"4 0", 1, 0, "39690"},
-    };
-    for (const auto& c : cases) {
-        host.choose(inputRate, c.rateItem);
-        host.take();
-        EXPECT_EQ(enter(crossover, c.typed).size(), c.sent) << c.typed;
-        EXPECT_EQ(control(crossover).text, c.shown) << c.typed;
-        const bool isRefused = c.shown != std::string(c.typed);
-        EXPECT_EQ(host.take(), isRefused ? Lines({refusal, "focus 2098"}) : Lines()) << c.typed;
-    }
-    EXPECT_EQ(run().amplifier.coefficients.sampleRate, 48000);
-}
-
-TEST_F(Panel, DrcBoxesTakeTheirRangesAndSendOnlyWhileOn) {
+TEST_F(Panel, NumberBoxesTakeTheirRangesAndSendWhatIsInUse) {
     press(connect);
     host.take();
-    const auto boxes = [&] { return texts(drcBoxFirst, drcBoxLast); };
-    EXPECT_EQ(boxes(), "-30 1 1000 1000 -30 1 1000 1000");
-    for (int box = drcBoxFirst; box <= drcBoxLast; ++box) {
+    const auto expectRefused = [&](int box, const std::string& typed) {
+        const std::string before = control(box).text;
+        EXPECT_THAT(enter(box, typed), IsEmpty());
+        EXPECT_THAT(host.take(), ElementsAre(refusal, "focus " + std::to_string(box))) << typed;
+        EXPECT_EQ(control(box).text, before);
+    };
+    EXPECT_EQ(texts(drcBoxFirst, crossover), "-30 1 1000 1000 -30 1 1000 1000 300");
+    for (int box = drcBoxFirst; box <= crossover; ++box) {
         const bool isLevel = box == threshold1 || box == threshold2;
-        enter(box, isLevel ? "-48" : "1");
-        enter(box, isLevel ? "12" : "5000");
-        EXPECT_THAT(host.take(), IsEmpty());
-        for (const char* wrong : {isLevel ? "-49" : "0", isLevel ? "13" : "5001"}) {
-            enter(box, wrong);
-            EXPECT_THAT(host.take(), ElementsAre(refusal, "focus " + std::to_string(box)));
+        const int low = isLevel ? -48 : box == crossover ? 10 : 1;
+        const int high = isLevel ? 12 : box == crossover ? 43200 : 5000;
+        for (const int taken : {low, high}) {  // split or not, a crossover is sent
+            EXPECT_EQ(enter(box, std::to_string(taken)).size(), box == crossover ? 12U : 0U);
+            EXPECT_THAT(host.take(), IsEmpty());
         }
-        EXPECT_THAT(link.log, IsEmpty());
+        expectRefused(box, std::to_string(low - 1));
+        expectRefused(box, std::to_string(high + 1));
     }
-    EXPECT_EQ(boxes(), "12 5000 5000 5000 12 5000 5000 5000");
-    EXPECT_EQ(run().amplifier.drc[0], (DrcSettings{12, 5000, 5000, 5000}));
-    EXPECT_EQ(run().amplifier.drc[1], run().amplifier.drc[0]);
+    for (const char* typed :
+         {"", "12a", "1e3", "99999999999", "4 0", "+", "+-40", "+ 40", "--40"}) {
+        expectRefused(crossover, typed);
+    }
+    EXPECT_EQ(enter(crossover, "  +4000 ").size(), 12U);
+    EXPECT_EQ(run().amplifier.crossoverHz, 4000);
+    EXPECT_THAT(run().amplifier.drc, testing::Each(DrcSettings{12, 5000, 5000, 5000}));
+    host.type(crossover, "1");
+    EXPECT_EQ(control(crossover).text, "1");  // until the box is left
+    host.choose(inputRate, 1);
+    EXPECT_EQ(enter(crossover, "39690").size(), 12U);
+    expectRefused(crossover, "39691");  // nine tenths of the rate
     click(drc2);
     EXPECT_EQ(enter(threshold2, "0"),
               Bracketed({"01 3E 08 00 00 00 23 00 7F FF DD", "01 3F 08 00 00 00 23 FF FF FF DD",

@@ -1,6 +1,7 @@
 // Wave files against SoX and against the layout of the format.
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 
 #include <gmock/gmock.h>
 
@@ -86,8 +87,8 @@ std::string headOf(uint32_t channels, uint32_t bits) {
     return Chunk("fmt ", FormatBytes({pcm, channels, bits}));
 }
 
-TEST_F(WaveFile, IsReadWithMoreAroundItThanItNeeds) {
-    const std::pair<const char*, std::string> table[] = {
+TEST_F(WaveFile, IsReadWithMoreAroundItThanItNeedsAndRefusedWithoutAHead) {
+    const std::pair<const char*, std::string> good[] = {
         {"ahead", Chunk("LIST", "four") + head + data},
         {"between", head + Chunk("fact", "1234") + data},
         {"odd size, without a pad", Chunk("junk", "odd") + head + data},
@@ -97,28 +98,46 @@ TEST_F(WaveFile, IsReadWithMoreAroundItThanItNeeds) {
         {"cut short", head + "data" + LittleEndian(4000, 4) + twoFrames},
         {"endless", head + "data" + LittleEndian(0xFFFFFFFFU, 4) + twoFrames},
     };
-    for (const auto& [what, chunks] : table) {
+    for (const auto& [what, chunks] : good) {
         EXPECT_THAT(readAll(folder.write("x.wav", RiffBytes(chunks))), ElementsAre(0.5, -0.5))
             << what;
     }
+    for (const std::string& bad :
+         {std::string(), Chunk("RIFX", "WAVE" + head + data), Chunk("RIFF", "AVI " + head + data),
+          RiffBytes(data), RiffBytes(head), RiffBytes(Chunk("fmt ", "short")),
+          RiffBytes(headOf(0, 16) + data), RiffBytes(headOf(1, 0) + data),
+          RiffBytes(headOf(1, 64) + data)}) {
+        EXPECT_THAT(open(folder.write("x.wav", bad)), testing::IsEmpty()) << bad;
+        EXPECT_FALSE(file.isOpen()) << bad;
+    }
 }
 
-TEST_F(WaveFile, IsRefusedWithoutAUsableHead) {
-    const std::pair<const char*, std::string> table[] = {
-        {"empty", ""},
-        {"no RIFF", Chunk("RIFX", "WAVE" + head + data)},
-        {"no wave", Chunk("RIFF", "AVI " + head + data)},
-        {"no format", RiffBytes(data)},
-        {"no data", RiffBytes(head)},
-        {"short format", RiffBytes(Chunk("fmt ", "short"))},
-        {"no channel", RiffBytes(headOf(0, 16) + data)},
-        {"no bits", RiffBytes(headOf(1, 0) + data)},
-        {"64 bits", RiffBytes(headOf(1, 64) + data)},
-    };
-    for (const auto& [what, contents] : table) {
-        EXPECT_THAT(open(folder.write("x.wav", contents)), testing::IsEmpty()) << what;
-        EXPECT_FALSE(file.isOpen()) << what;
+TEST_F(WaveFile, HasFloatsOnlyForWhoTakesThem) {
+    const std::string samples = LittleEndian(0x3F000000, 4) + LittleEndian(0x7FC00000, 4);  // NaN
+    const std::string format = FormatBytes({tests::floating, 1, 32});
+    const std::string extensible = LittleEndian(0xFFFE, 2) + format.substr(2) +
+                                   LittleEndian(22, 8) + LittleEndian(tests::floating, 8) +
+                                   LittleEndian(0, 8);
+    for (const std::string& chunk : {format, extensible}) {
+        const std::string path =
+            folder.write("x.wav", RiffBytes(Chunk("fmt ", chunk) + Chunk("data", samples)));
+        file.takesFloats = true;
+        EXPECT_THAT(readAll(path), ElementsAre(0.5, 0.0));
+        EXPECT_EQ(file.sampleTag(), CWaveFile::floats);
+        file.takesFloats = false;
+        EXPECT_THAT(readAll(path), ElementsAre(0x3F000000 / 0x1p31, 0x7FC00000 / 0x1p31));
     }
+}
+
+TEST_F(WaveFile, CanBeLongerThan2GiB) {
+    constexpr uint64_t bytes = 3'000'000'000;
+    const std::string path = folder.write("x.wav", "RIFF" + LittleEndian(bytes + 36, 4) + "WAVE" +
+                                                       head + "data" + LittleEndian(bytes, 4));
+    std::filesystem::resize_file(path, bytes + 44);
+    open(path);
+    EXPECT_EQ(file.FramesLeft(), 1'500'000'000);
+    file.SeekFrame(1'400'000'000);
+    EXPECT_EQ(file.FramesLeft(), 100'000'000);
 }
 
 TEST_F(WaveFile, RoundsToTheNearestStepWithinFullScale) {
@@ -142,6 +161,13 @@ TEST_F(WaveFile, SeeksToAFrameAndHasNoneBehindItsEnd) {
     file.Read(&sample, 1);
     EXPECT_EQ(sample, 0.5);
     file.SeekFrame(1000);
+    EXPECT_EQ(file.FramesLeft(), 0);
+    file.Read(&sample, 1);
+    EXPECT_FALSE(file.isBroken());
+    file.SeekFrame(0);
+    std::filesystem::resize_file(folder / "x.wav", 44);
+    file.Read(&sample, 1);
+    EXPECT_TRUE(file.isBroken());
     EXPECT_EQ(file.FramesLeft(), 0);
 }
 

@@ -103,13 +103,15 @@ void LinkServer::stop() noexcept {
 void LinkServer::run() {
     for (;;) {
         std::vector<pollfd> waiting{{stopReader_.number(), POLLIN, 0},
-                                    {listener_.number(), POLLIN, 0}};
+                                    {rests_ ? -1 : listener_.number(), POLLIN, 0}};
         for (const Client& client : clients_) {
             waiting.push_back({client.socket.number(), POLLIN, 0});
         }
-        if (::poll(waiting.data(), waiting.size(), -1) < 0) {
+        constexpr int restMs = 100;
+        if (::poll(waiting.data(), waiting.size(), rests_ ? restMs : -1) < 0) {
             continue;  // a signal
         }
+        rests_ = false;
         if (waiting[0].revents != 0) {
             clients_.clear();
             listener_ = Descriptor();
@@ -135,6 +137,8 @@ void LinkServer::acceptClient() {
     Descriptor socket(::accept4(listener_.number(), nullptr, nullptr, SOCK_CLOEXEC));
     if (socket.number() >= 0) {
         clients_.push_back({std::move(socket), {}});
+    } else {
+        rests_ = true;  // no descriptor is left; the client still waits
     }
 }
 

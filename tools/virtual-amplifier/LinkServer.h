@@ -74,6 +74,7 @@ class LinkServer {
     Descriptor stopReader_;
     Descriptor stopWriter_;
     std::vector<Client> clients_;
+    bool rests_ = false;  // takes no new client for a while
     uint16_t port_ = 0;
     Fault fault_ = Fault::none;
     int64_t firstWrongFrame_ = 0;

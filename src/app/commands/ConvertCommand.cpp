@@ -54,9 +54,9 @@ ExportKind exportKindOf(const ConvertOptions& options) {
     throw InputError(options.output, "say with --kind which program a filter file is for");
 }
 
-std::string convertFilters(const ConvertOptions& options) {
+std::string convertFilters(const ConvertOptions& options, const InputFile& file) {
     std::vector<int32_t> words;
-    const auto records = ReadCheckedFilterFile(options.input.path);
+    const auto records = ParseFilterFile(file.path, file.bytes);
     words.reserve(records.size() * wordsPerBiquad);
     for (const FilterRecord& record : records) {
         words.insert(words.end(), record.words.begin(), record.words.end());
@@ -123,16 +123,16 @@ std::string convertImpulse(const ConvertOptions& options, const SpeakerResponse&
 // Throws InputError for input that cannot be used, for forms that the input cannot take and for an
 // output that cannot be written; it is then as it was.
 void convert(const ConvertOptions& options) {
-    ExpectDistinctFiles({options.output}, {options.input.path});
+    PrepareOutputs({options.output}, {options.input.path});
     InputNotes notes(options.input.strict);
-    const InputKind kind = KindOfInput(options.input.path, notes);
+    InputFile source = ReadInputFile(options.input.path, notes);
     std::string contents;
-    if (kind == InputKind::filters) {
-        contents = convertFilters(options);
+    if (source.kind == InputKind::filters) {
+        contents = convertFilters(options, source);
     } else if (options.kind) {
         throw InputError(options.input.path, "is a response; --kind is for filter files");
     } else {
-        ResponseInput input = ReadResponse(options.input, kind, notes);
+        ResponseInput input = ReadResponse(options.input, std::move(source), notes);
         contents = input.isTable ? convertTable(options, input.table, notes)
                                  : convertImpulse(options, input.impulse);
     }

@@ -30,16 +30,14 @@ struct DesignOptions {
     std::optional<std::string> report;     // a page if its name ends in .html or .htm, else JSON
     PictureOptions plot;                   // a picture of the design, if its output has a name
     std::vector<Export> exports;           // the result for other programs
+    std::string solver = "lattice";        // of the fit's equations, or "lapack"
     bool program = false;                  // send the filter to the amplifier
 };
 
 RegisterAddressConfig readAddresses(const DesignOptions& options) {
     RegisterAddressConfig config;
     if (options.addresses) {
-        if (!ReadTextFile(*options.addresses)) {
-            throw InputError(*options.addresses, "cannot be opened");
-        }
-        if (LoadRegisterAddressFile(*options.addresses, config) == 0) {
+        if (ParseRegisterAddresses(ReadInputText(*options.addresses), config) == 0) {
             throw InputError(*options.addresses, 1, "expected \"address = \" and seven numbers");
         }
     }
@@ -85,7 +83,7 @@ std::vector<NewContents> contentsOf(const DesignOptions& options, const std::str
         files.push_back({options.plot.output, PictureBytes(options.plot, design)});
     }
     const IirFitter& fitter = design.run->iirFitter;
-    const ExportSource source{fitter.coefficientWords, design.report.sampleRate,
+    const ExportSource source{design.report.words, design.report.sampleRate,
                               fitter.taps.first(fitter.tapCount)};
     for (const Export& wanted : options.exports) {
         files.push_back({wanted.path, FormatExport(wanted, source)});
@@ -97,7 +95,7 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
     if (!report.isUsable()) {
         throw InputError("--program", "the filter is not sent: " + report.warnings.front());
     }
-    const auto writes = EqualizerGroup(true, run.iirFitter.coefficientWords);
+    const auto writes = EqualizerGroup(true, report.words);
     ConnectLink(run.ampLink);
     WriteUninterrupted(run.ampLink, writes);
     CompareReadBack(run.ampLink, writes);
@@ -110,16 +108,19 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
 // LinkError, or the InputError of a filter that must not be sent, leaves the files written.
 void design(const DesignOptions& options) {
     const std::vector<std::string> outputs = outputsOf(options);
-    ExpectDistinctFiles(outputs,
-                        {options.request.response.path, options.request.target.value_or(""),
-                         options.addresses.value_or("")});
+    PrepareOutputs(outputs, {options.request.response.path, options.request.target.value_or(""),
+                             FileOfDevice(options.request.device), options.addresses.value_or("")});
     if (!options.plot.output.empty()) {
         CheckPictureOptions(options.plot);
+    }
+    if (options.request.solver != FitSolver::lattice &&
+        options.request.fit != FitName(FitMethod::iterated)) {
+        throw InputError("--solver", "is for the iterated fit: give --fit iterated as well");
     }
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto finished = DesignResponse(options.request);
     const std::string filters =
-        WithSystemLineEnds(FormatFilterFile(finished->run->iirFitter.coefficientWords, addresses));
+        WithSystemLineEnds(FormatFilterFile(finished->report.words, addresses));
     WriteOutputs(contentsOf(options, filters, *finished));
 
     PrintNotes(finished->notes);
@@ -143,25 +144,39 @@ void AddDesignCommand(Command& program) {
     AddDesignOptions(command, source, request);
     source.flag("--measure", request.measure, "Measure the response through the audio device");
     AddDeviceOptions(command, request.device, "--device-timeout");
-    command.option("-o,--output", options->output, "Filter file to write").required();
+    command.option("-o,--output", options->output, "Filter file to write").required().fileName();
     command
         .option("--format", options->format,
                 "Lines of the filter file: 20 (a section a line) or 4 (a word a line)")
         .oneOf(std::vector<int32_t>{20, 4});
-    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg");
-    command.option("--report", options->report,
-                   "File with the figures of the design: .html for a page, else JSON");
+    command.option("--addresses", options->addresses, "Address file such as registeraddress.cfg")
+        .fileName();
+    command
+        .option("--report", options->report,
+                "File with the figures of the design: .html for a page, else JSON")
+        .fileName();
     AddExportOption(command, options->exports);
     const CommandOption plot =
-        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf");
+        command.option("--plot", options->plot.output, "Picture of the design: .png, .svg or .pdf")
+            .fileName();
     for (CommandOption& look : AddPictureLooks(command, options->plot)) {
         look.needs(plot);
     }
+    command
+        .option(
+            "--solver", options->solver,
+            "What solves the equations of the iterated fit: lattice, or lapack, whose dgelsd takes "
+            "ten times as long and is as close")
+        .oneOf(std::vector<std::string>{"lattice", "lapack"});
     command.flag("--program", options->program,
                  "Send the filter to the amplifier through the link server");
     AddLinkOptions(command, request.link);
     command.footer("Example: tonvane-cli design speaker.qsr -o filters.txt --gain-clamp -6");
-    command.action([options] { design(*options); });
+    command.action([options] {
+        options->request.solver =
+            options->solver == "lapack" ? FitSolver::lapack : FitSolver::lattice;
+        design(*options);
+    });
 }
 
 }  // namespace tonvane

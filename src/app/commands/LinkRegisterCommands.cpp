@@ -9,11 +9,11 @@
 
 #include "amplifier/RegisterTable.h"
 #include "amplifier/RegisterText.h"
+#include "app/OutputFiles.h"
 #include "app/commands/LinkCommands.h"
 #include "files/InputError.h"
 #include "files/RegisterDump.h"
 #include "link/RegisterWrites.h"
-#include "platform/FileAccess.h"
 #include "platform/System.h"
 #include "text/WholeNumbers.h"
 
@@ -88,6 +88,7 @@ void writeRegister(const LinkOptions& options, const std::string& reg,
 
 // Writes the register dump to a file.
 void dump(const LinkOptions& options, const std::string& path) {
+    PrepareOutputs({path}, {});
     LinkSession session(options);
     const std::string text = FormatRegisterDump([&](int32_t reg, std::span<uint8_t> contents) {
         session.link.ReadRegister(reg, static_cast<int32_t>(contents.size()), contents);
@@ -95,9 +96,8 @@ void dump(const LinkOptions& options, const std::string& path) {
     if (options.dryRun) {
         return;
     }
-    if (const auto reason = ReplaceFile(path, WithSystemLineEnds(text))) {
-        throw InputError(path, "cannot be written: " + *reason);
-    }
+    const NewContents file{path, WithSystemLineEnds(text)};
+    WriteOutputs({&file, 1});
     session.printDone("Wrote " + path);
 }
 

@@ -41,7 +41,7 @@ void writeFiles(const MeasureOptions& options, const TuningRun& run,
 // Prints what it does and leaves the device closed, however it ends. Throws InputError for what
 // cannot be served and Interrupted for Ctrl-C; nothing is written then.
 void measure(const MeasureOptions& options) {
-    ExpectDistinctFiles({options.output, options.report.value_or("")}, {});
+    PrepareOutputs({options.output, options.report.value_or("")}, {FileOfDevice(options.device)});
     InitFftTables(responseLength);
     ConsoleMessages messages;
     ProgramValues values;
@@ -59,8 +59,11 @@ void AddMeasureCommand(Command& program) {
         program.subcommand("measure", "Measure a loudspeaker: play noise and capture it");
     AddDeviceOptions(command, options->device);
     command.option("--rate", options->rate, "Sample rate in Hz, 8000 to 192000 (48000)");
-    command.option("-o,--output", options->output, "Speaker response file to write").required();
-    command.option("--report", options->report, "JSON file with the figures of the measurement");
+    command.option("-o,--output", options->output, "Speaker response file to write")
+        .required()
+        .fileName();
+    command.option("--report", options->report, "JSON file with the figures of the measurement")
+        .fileName();
     command.footer("Example: tonvane-cli measure -o speaker.qsr");
     command.action([options] { measure(*options); });
 }

@@ -1,6 +1,7 @@
 // play: a wave file through an audio device.
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -18,6 +19,7 @@
 #include "stream/EqStream.h"
 #include "transform/FftTables.h"
 #include "tuning/WavePlayer.h"
+#include "wavefile/WaveFile.h"
 
 namespace tonvane {
 
@@ -35,10 +37,40 @@ std::string reasonOf(const CWaveDevice& device) {
     return reason.empty() ? reason : ": " + reason;
 }
 
-void openWaveFile(const PlayOptions& options, WavePlayer& player) {
-    if (!ReadBinaryFile(options.path, 1)) {
-        throw InputError(options.path, "cannot be opened");
+// What the player would take for something else.
+void checkPlayable(const std::string& path) {
+    std::error_code ignored;
+    const auto kind = std::filesystem::status(PathOf(path), ignored).type();
+    if (kind != std::filesystem::file_type::regular &&
+        kind != std::filesystem::file_type::not_found) {
+        throw InputError(path, "is no plain file, and nothing else can be played");
     }
+    ReadInputBytes(path, 1);
+    CWaveFile file;
+    int32_t rate = 0;
+    int32_t bits = 0;
+    int32_t channels = 0;
+    if (!file.Open(path, rate, bits, channels)) {
+        throw InputError(path, "is no wave file that can be played");
+    }
+    if (file.sampleTag() != CWaveFile::integers &&
+        (file.sampleTag() != CWaveFile::floats || bits != 32)) {
+        throw InputError(path,
+                         fmt::format("expected 8 to 32 bit integers or float32 samples, found "
+                                     "{} bits of format {}",
+                                     bits, file.sampleTag()));
+    }
+    constexpr int32_t lowest = 1000;
+    constexpr int32_t highest = 768000;
+    if (rate < lowest || rate > highest) {
+        throw InputError(path, fmt::format("the file's sample rate is {} Hz, expected {} to {} Hz",
+                                           static_cast<uint32_t>(rate), lowest, highest));
+    }
+}
+
+void openWaveFile(const PlayOptions& options, WavePlayer& player) {
+    checkPlayable(options.path);
+    player.engine.inputFile.takesFloats = true;
     if (!player.OpenWaveFile(options.path)) {
         throw InputError(options.path, "is no wave file that can be played");
     }
@@ -77,6 +109,9 @@ void playToTheEnd(const PlayOptions& options, const std::string& device, const R
                                 [&] { line.show(engine.inputFile.PositionSeconds() / duration); });
     if (end == RunEnd::interrupted) {
         throw Interrupted();
+    }
+    if (engine.inputFile.isBroken()) {
+        throw InputError(options.path, "cannot be read to its end");
     }
     if (end != RunEnd::done) {
         throw InputError(

@@ -20,8 +20,8 @@ struct PlotOptions {
 // output as it was.
 void plot(const PlotOptions& options) {
     const PictureOptions& picture = options.picture;
-    ExpectDistinctFiles({picture.output},
-                        {options.request.response.path, options.request.target.value_or("")});
+    PrepareOutputs({picture.output},
+                   {options.request.response.path, options.request.target.value_or("")});
     CheckPictureOptions(picture);
     const auto finished = DesignResponse(options.request);
     const NewContents file{picture.output, PictureBytes(picture, *finished)};
@@ -41,7 +41,8 @@ void AddPlotCommand(Command& program) {
     Command source = command.exactlyOneOf("source");
     AddDesignOptions(command, source, options->request);
     command.option("-o,--output", options->picture.output, "Picture: .png, .svg or .pdf")
-        .required();
+        .required()
+        .fileName();
     AddPictureLooks(command, options->picture);
     command.footer("Example: tonvane-cli plot speaker.qsr --target target.txt -o speaker.png");
     command.action([options] { plot(*options); });

@@ -42,7 +42,7 @@ class StartMessages : public Messages {
     bool confirm(const std::string& /*text*/, const std::string& /*caption*/) override {
         return true;
     }
-    void status(int /*line*/, const std::string& /*text*/) override {}
+    void status(int /*line*/, const std::string& /*text*/, StatusNews /*news*/) override {}
 };
 
 // COM on the thread of the dialog, which the drivers of audio devices need. Whoever had it before
@@ -83,7 +83,9 @@ int runDialog(const std::string& commandTail, int showCommand) {
                                                    store, promptOnExit, linkPort());
     host.create(MainDialogTemplate, *dialog);
     host.showWindow(showCommand);
-    return host.run();
+    const int exitCode = host.run();
+    FreeFftTables();
+    return exitCode;
 }
 
 }  // namespace

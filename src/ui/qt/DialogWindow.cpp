@@ -45,7 +45,7 @@ QString localFile(const QMimeData* data) {
 }  // namespace
 
 DialogWindow::DialogWindow(bool keepsHidden) : host_(*this, keepsHidden) {
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::ClickFocus);  // no stop of the Tab key
     addAction(tr("&Undo"), QKeySequence::Undo, controls::undo);
     addAction(tr("&Redo"), QKeySequence::Redo, controls::redo);
     addAction(tr("&Save Picture..."), QKeySequence::Save, controls::savePicture);

@@ -1,23 +1,21 @@
 #include "ui/qt/PlotWidget.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <algorithm>
 #include <cmath>
 
 #include "graph/cairo/CairoCanvas.h"
 #include "ui/MainDlg.h"
+#include "ui/PlotScale.h"
 
 namespace tonvane {
 
 namespace {
 
-constexpr double fontPixels = 11.0;
 constexpr int minWidth = 160;  // room for the margins and some plot
 constexpr int minHeight = 80;
-constexpr int handleCount = 9;
-constexpr double keyRatio = 1.0292;  // a 24th of an octave
 const QColor chosenColor(0xE0, 0x50, 0x00);
 
 }  // namespace
@@ -30,15 +28,23 @@ PlotWidget::PlotWidget(QWidget* parent) : QWidget(parent) {
     setAccessibleName("Plot of the target curve");
 }
 
+void PlotWidget::setDialog(CMainDlg* dialog) {
+    dialog_ = dialog;
+    keys_.reset();
+    if (dialog != nullptr) {
+        keys_.emplace(dialog->plot);
+    }
+}
+
 QSize PlotWidget::pixels() const {
     return (QSizeF(size()) * devicePixelRatioF()).toSize().expandedTo({1, 1});
 }
 
 PlotWindow PlotWidget::window() const {
     const QSize size = pixels();
-    const int unit = std::max(1, qRound(devicePixelRatioF()));
-    return {std::make_unique<CairoCanvas>(1, 1, fontPixels * unit), size.width(), size.height(),
-            unit};
+    const PlotScale scale = PlotScaleAt(devicePixelRatioF());
+    return {std::make_unique<CairoCanvas>(1, 1, scale.fontPixels), size.width(), size.height(),
+            scale.unit};
 }
 
 void PlotWidget::paintEvent(QPaintEvent* /*event*/) {
@@ -53,13 +59,13 @@ void PlotWidget::paintEvent(QPaintEvent* /*event*/) {
         image_ = QImage(size, QImage::Format_RGB32);
     }
     CairoCanvas canvas(reinterpret_cast<uint32_t*>(image_.bits()), size.width(), size.height(),
-                       static_cast<int32_t>(image_.bytesPerLine() / 4), fontPixels);
+                       static_cast<int32_t>(image_.bytesPerLine() / 4), 1.0);
     dialog_->plot.Paint(canvas);
     QPainter painter(this);
     painter.drawImage(rect(), image_);
-    if (hasFocus() && isShown(chosen_)) {
+    if (hasFocus() && showsRing_ && keys_->chosen() != -1) {
         const CCurveGraphWindow& plot = dialog_->plot;
-        const Rectangle& handle = plot.handleRects[static_cast<size_t>(chosen_)];
+        const Rectangle& handle = plot.handleRects[static_cast<size_t>(keys_->chosen())];
         const int unit = plot.xAxis.unit;
         const QRect ring(handle.left + plot.left * unit,
                          handle.top + plot.yAxis.pixels + plot.top * unit,
@@ -86,9 +92,17 @@ void PlotWidget::setPlotCursor(GraphCursor cursor) {
 }
 
 void PlotWidget::mousePressEvent(QMouseEvent* event) {
-    letGo();
-    if (dialog_ != nullptr && event->button() == Qt::LeftButton) {
+    if (dialog_ == nullptr) {
+        return;
+    }
+    keys_->letGo();
+    if (event->button() == Qt::LeftButton) {
         dialog_->plot.OnLeftButtonDown(inPlot(*event));
+        if (isHeldByMouse()) {
+            keys_->choose(dialog_->plot.dragIndex);
+        }
+        showsRing_ = false;
+        update();
     }
 }
 
@@ -99,7 +113,7 @@ void PlotWidget::mouseMoveEvent(QMouseEvent* event) {
     if (dialog_->plot.dragIndex == -1) {
         unsetCursor();
     }
-    dialog_->plot.OnMouseMove(inPlot(*event));
+    dialog_->plot.OnMouseMove(inPlot(*event), event->buttons().testFlag(Qt::LeftButton));
 }
 
 void PlotWidget::mouseReleaseEvent(QMouseEvent* event) {
@@ -113,101 +127,93 @@ void PlotWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     event->ignore();
 }
 
-bool PlotWidget::isShown(int32_t handle) const {
-    return dialog_ != nullptr && handle >= 0 &&
-           (handle < TargetRecord::knotCount ? dialog_->plot.showKnots
-                                             : dialog_->plot.showBandEdges);
+// A menu takes the mouse away from whoever holds a handle with it.
+void PlotWidget::contextMenuEvent(QContextMenuEvent* event) {
+    event->setAccepted(isHeldByMouse());
 }
 
-// The next one that is shown, in the order of the record; the same one if there is no other.
-int32_t PlotWidget::nextHandle(int32_t step) const {
-    for (int32_t i = 1; i <= handleCount; ++i) {
-        const int32_t handle = (chosen_ + step * i + 2 * handleCount) % handleCount;
-        if (isShown(handle)) {
-            return handle;
-        }
-    }
-    return chosen_;
-}
-
-void PlotWidget::chooseHandle(int32_t handle) {
-    letGo();
-    chosen_ = handle;
-    tellOfHandle();
-    update();
+bool PlotWidget::isHeldByMouse() const {
+    return dialog_ != nullptr && dialog_->plot.dragIndex != -1 && !keys_->areHolding();
 }
 
 void PlotWidget::tellOfHandle() {
-    if (!isShown(chosen_)) {
+    if (dialog_ == nullptr || keys_->chosen() == -1) {
         return;
     }
-    const CurvePoint& point = dialog_->plot.record.points[static_cast<size_t>(chosen_)];
+    const int32_t chosen = keys_->chosen();
+    const CurvePoint& point = dialog_->plot.record.points[static_cast<size_t>(chosen)];
     const QString hertz = QString::number(point.frequency) + " Hz";
-    if (chosen_ < TargetRecord::knotCount) {
+    if (chosen < TargetRecord::knotCount) {
         setAccessibleDescription(
-            QString("Knot %1 of 7, %2, %3 dB").arg(chosen_ + 1).arg(hertz).arg(point.level));
+            QString("Knot %1 of 7, %2, %3 dB").arg(chosen + 1).arg(hertz).arg(point.level));
     } else {
-        setAccessibleDescription((chosen_ == TargetRecord::lowEdge ? "Low edge, " : "High edge, ") +
+        setAccessibleDescription((chosen == TargetRecord::lowEdge ? "Low edge, " : "High edge, ") +
                                  hertz);
     }
     QAccessibleEvent changed(this, QAccessible::DescriptionChanged);
     QAccessible::updateAccessibility(&changed);
 }
 
-void PlotWidget::moveHandle(int key, bool finely) {
-    CurvePoint to = dialog_->plot.record.points[static_cast<size_t>(chosen_)];
-    const double step = finely ? 1.0 : std::max(1.0, to.frequency * (keyRatio - 1.0));
-    if (key == Qt::Key_Up || key == Qt::Key_Down) {
-        to.level += key == Qt::Key_Up ? 1 : -1;
-    } else {
-        const double shift = key == Qt::Key_Right ? step : -step;
-        to.frequency = static_cast<int32_t>(std::lround(to.frequency + shift));
-    }
-    movesByKey_ = true;
-    dialog_->plot.MoveHandle(chosen_, to);
-    tellOfHandle();
-}
-
-void PlotWidget::letGo() {
-    if (movesByKey_ && dialog_ != nullptr) {
-        movesByKey_ = false;
-        dialog_->plot.OnLeftButtonUp();
+// Whether it is a key of the plot's, which has done its work then.
+bool PlotWidget::takesKey(const QKeyEvent& event) {
+    const bool finely = event.modifiers().testFlag(Qt::ShiftModifier);
+    switch (event.key()) {
+        case Qt::Key_PageDown:
+            keys_->chooseNext(1);
+            return true;
+        case Qt::Key_PageUp:
+            keys_->chooseNext(-1);
+            return true;
+        case Qt::Key_Left:
+            keys_->move(-1, 0, finely);
+            return true;
+        case Qt::Key_Right:
+            keys_->move(1, 0, finely);
+            return true;
+        case Qt::Key_Up:
+            keys_->move(0, 1, finely);
+            return true;
+        case Qt::Key_Down:
+            keys_->move(0, -1, finely);
+            return true;
+        default:
+            return false;
     }
 }
 
 void PlotWidget::keyPressEvent(QKeyEvent* event) {
-    const int key = event->key();
-    if (dialog_ == nullptr || (dialog_->plot.dragIndex != -1 && !movesByKey_)) {
-        return;  // the mouse holds a handle
-    }
-    if (key == Qt::Key_PageDown || key == Qt::Key_PageUp) {
-        chooseHandle(nextHandle(key == Qt::Key_PageDown ? 1 : -1));
-    } else if (isShown(chosen_) && (key == Qt::Key_Left || key == Qt::Key_Right ||
-                                    key == Qt::Key_Up || key == Qt::Key_Down)) {
-        moveHandle(key, event->modifiers().testFlag(Qt::ShiftModifier));
-    } else {
+    if (dialog_ == nullptr || isHeldByMouse() || !takesKey(*event)) {
         QWidget::keyPressEvent(event);
+        return;
     }
-}
-
-void PlotWidget::keyReleaseEvent(QKeyEvent* event) {
-    if (!event->isAutoRepeat()) {
-        letGo();
-    }
-    QWidget::keyReleaseEvent(event);
-}
-
-void PlotWidget::focusInEvent(QFocusEvent* /*event*/) {
-    if (!isShown(chosen_)) {
-        chosen_ = -1;
-        chosen_ = nextHandle(1);
-    }
+    showsRing_ = true;
     tellOfHandle();
     update();
 }
 
+void PlotWidget::keyReleaseEvent(QKeyEvent* event) {
+    if (!event->isAutoRepeat() && keys_) {
+        keys_->letGo();
+    }
+    QWidget::keyReleaseEvent(event);
+}
+
+void PlotWidget::focusInEvent(QFocusEvent* event) {
+    if (keys_ && keys_->chosen() == -1) {
+        keys_->choose(-1);
+        keys_->chooseNext(1);
+    }
+    showsRing_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    tellOfHandle();
+    update();
+}
+
+// Whoever has the keyboard now may have the mouse as well.
 void PlotWidget::focusOutEvent(QFocusEvent* /*event*/) {
-    letGo();
+    if (dialog_ != nullptr) {
+        keys_->letGo();
+        dialog_->plot.OnLeftButtonUp();
+    }
     update();
 }
 

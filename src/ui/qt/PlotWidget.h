@@ -1,12 +1,15 @@
 // The plot in a window: painted from its picture, with the mouse brought to it.
 //
-// By keyboard: Page Down and Page Up choose a handle, the arrow keys move it, by a 24th of an
-// octave or, with Shift, by 1 Hz, and by 1 dB. It is let go with the key.
+// By keyboard: Page Down and Page Up choose a handle, as a press of the mouse does; the arrow keys
+// move it, by a 24th of an octave or, with Shift, by 1 Hz, and by 1 dB. It is let go with the key.
+// A ring shows the handle of the keyboard from the first such key on until the mouse is used.
 #pragma once
 
 #include <QImage>
 #include <QWidget>
+#include <optional>
 
+#include "graph/HandleKeys.h"
 #include "ui/DialogHost.h"
 
 namespace tonvane {
@@ -17,8 +20,9 @@ class PlotWidget : public QWidget {
   public:
     explicit PlotWidget(QWidget* parent);
 
-    // The dialog whose plot this shows; it outlives the widget's events.
-    void setDialog(CMainDlg* dialog) { dialog_ = dialog; }
+    // The dialog whose plot this shows; it outlives the widget's events. Null for nobody's any
+    // more.
+    void setDialog(CMainDlg* dialog);
 
     // The widget's size as the plot's window.
     [[nodiscard]] PlotWindow window() const;
@@ -32,25 +36,23 @@ class PlotWidget : public QWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
   private:
-    [[nodiscard]] bool isShown(int32_t handle) const;
-    [[nodiscard]] int32_t nextHandle(int32_t step) const;
-    void chooseHandle(int32_t handle);
-    void moveHandle(int key, bool finely);
-    void letGo();
+    [[nodiscard]] bool isHeldByMouse() const;
+    [[nodiscard]] bool takesKey(const QKeyEvent& event);
     void tellOfHandle();
     [[nodiscard]] QSize pixels() const;
     [[nodiscard]] Point inPlot(const QMouseEvent& event) const;
 
     CMainDlg* dialog_ = nullptr;
+    std::optional<HandleKeys> keys_;  // of the dialog's plot
+    bool showsRing_ = false;
     QImage image_;
-    int32_t chosen_ = -1;      // handle of the keyboard; -1 while there is none
-    bool movesByKey_ = false;  // an arrow key holds it
 };
 
 }  // namespace tonvane

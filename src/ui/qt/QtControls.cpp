@@ -40,7 +40,12 @@ QWidget* makeButton(ControlKind kind, const QString& text, QWidget* parent) {
 
 QWidget* makeEdit(ControlKind kind, const QString& text, QWidget* parent) {
     auto* edit = MakeChild<QLineEdit>(text, parent);
-    edit->setReadOnly(kind == ControlKind::readOnlyEdit);
+    if (kind == ControlKind::readOnlyEdit) {
+        edit->setReadOnly(true);
+        QPalette colors = edit->palette();
+        colors.setColor(QPalette::Base, colors.color(QPalette::Window));
+        edit->setPalette(colors);
+    }
     return edit;
 }
 

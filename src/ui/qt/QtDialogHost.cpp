@@ -190,7 +190,8 @@ bool QtDialogHost::showMessage(const MessageBox& box) {
     } else if (box.kind == MessageBox::Kind::error) {
         icon = QMessageBox::Critical;
     }
-    QMessageBox shown(icon, toQt(box.caption), toQt(box.text),
+    // Without any caption Qt writes the program's name there.
+    QMessageBox shown(icon, box.caption.empty() ? " " : toQt(box.caption), toQt(box.text),
                       asks ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::Ok,
                       window_.isVisible() ? &window_ : nullptr);
     shown.setTextFormat(Qt::PlainText);

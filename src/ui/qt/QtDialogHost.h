@@ -101,6 +101,7 @@ class QtDialogHost : public QObject, public DialogHost {
 
   private:
     void addSlider(int id, QWidget* control);
+    void takeNoStrayWheel(QWidget& control);
     std::optional<std::intptr_t> dispatch(const DialogMessage& m);
 
     QWidget& window_;

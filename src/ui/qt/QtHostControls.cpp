@@ -51,6 +51,7 @@ void QtDialogHost::add(int id, QWidget* widget) {
     } else if (auto* list = qobject_cast<QComboBox*>(widget)) {
         connect(list, &QComboBox::activated, this,
                 [this, id] { command(id, notifications::selectionChange); });
+        takeNoStrayWheel(*list);
     } else {
         addSlider(id, widget);
     }
@@ -68,11 +69,23 @@ void QtDialogHost::addSlider(int id, QWidget* widget) {
         moved(slider->isSliderDown() ? thumbTrack : notifications::endTrack);
     });
     connect(slider, &QSlider::sliderReleased, this, [moved] { moved(notifications::endTrack); });
+    takeNoStrayWheel(*slider);
+}
+
+// The wheel works on the control that has the keyboard, wherever the mouse is on its way to.
+void QtDialogHost::takeNoStrayWheel(QWidget& widget) {
+    widget.setFocusPolicy(Qt::StrongFocus);
+    widget.installEventFilter(this);
 }
 
 // A menu that opens over an edit box takes nothing away from it.
 bool QtDialogHost::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusOut &&
+    if (event->type() == QEvent::Wheel) {
+        const auto* widget = qobject_cast<QWidget*>(watched);
+        event->setAccepted(widget != nullptr && widget->hasFocus());
+        return !event->isAccepted();
+    }
+    if (event->type() == QEvent::FocusOut && qobject_cast<QLineEdit*>(watched) != nullptr &&
         static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
         leaveEdit(*watched);
     }
@@ -99,9 +112,14 @@ std::string QtDialogHost::text(int id) const {
 }
 
 void QtDialogHost::enable(int id, bool enabled) {
-    if (QWidget* widget = control(id)) {
-        widget->setEnabled(enabled);
+    QWidget* widget = control(id);
+    if (widget == nullptr) {
+        return;
     }
+    if (!enabled && widget->hasFocus()) {
+        window_.setFocus();  // else the next box in the row would get what is typed
+    }
+    widget->setEnabled(enabled);
 }
 
 void QtDialogHost::show(int id, bool visible) {

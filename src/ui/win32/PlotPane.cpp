@@ -5,18 +5,14 @@
 #include <stdexcept>
 
 #include "ui/MainDlg.h"
+#include "ui/PlotScale.h"
 
 namespace tonvane {
 
 namespace {
 
 constexpr const wchar_t* className = L"TonvanePlot";
-constexpr double fontPixels = 11.0;
 constexpr int referenceUnitHeight = 13;  // pixels of eight dialog units on an ordinary display
-
-int32_t unitOf(double scale) {
-    return std::max(1, static_cast<int32_t>(std::lround(scale)));
-}
 
 PixelRectangle clientOf(HWND window) {
     RECT client{};
@@ -55,10 +51,10 @@ void PlotPane::create(HWND parent, const PixelRectangle& place) {
 
 PlotWindow PlotPane::window() const {
     const PixelRectangle client = clientOf(window_);
-    const double scale = DisplayScale(GetParent(window_));
-    const auto font = static_cast<int32_t>(std::lround(fontPixels * scale));
+    const PlotScale scale = PlotScaleAt(DisplayScale(GetParent(window_)));
+    const auto font = static_cast<int32_t>(std::lround(scale.fontPixels));
     return {std::make_unique<GdiCanvas>(1, 1, font), std::max(client.right, 1),
-            std::max(client.bottom, 1), unitOf(scale)};
+            std::max(client.bottom, 1), scale.unit};
 }
 
 void PlotPane::invalidate() {
@@ -108,7 +104,7 @@ std::optional<LRESULT> PlotPane::handle(UINT message, WPARAM wParam, LPARAM lPar
             dialog_->plot.OnLeftButtonDown(mouseAt(lParam));
             return 0;
         case WM_MOUSEMOVE:
-            dialog_->plot.OnMouseMove(mouseAt(lParam));
+            dialog_->plot.OnMouseMove(mouseAt(lParam), (wParam & MK_LBUTTON) != 0);
             return 0;
         case WM_LBUTTONUP:
         case WM_CAPTURECHANGED:  // another window has taken the mouse
