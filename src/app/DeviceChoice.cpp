@@ -1,5 +1,6 @@
 #include "app/DeviceChoice.h"
 
+#include "app/DeviceGuard.h"
 #include "device/menu/DeviceMenu.h"
 #include "device/simulated/SimulatedSpeaker.h"
 #include "files/InputError.h"
@@ -13,31 +14,8 @@ const std::string speakerPrefix = "simulated:";
 
 ChosenDevice simulatedSpeaker(const std::string& path) {
     const SpeakerResponse response = ReadCheckedResponseFile(path);
-    return {speakerPrefix + path,
-            SimulatedDevice(SimulatedSpeaker(response.samples)).make(),
-            response.rate,
-            {}};
-}
-
-bool canOpen(CWaveDevice& device) {
-    const WAVEFORMATEX format = MakeWaveFormat(48000, 2, device.BitsPerSample());
-    const bool opened = device.Open(nullptr, &format, 32768, nullptr);
-    device.Close();
-    return opened;
-}
-
-// The first device of the menu; the simulated one on a computer that has no sound at all.
-ChosenDevice usualDevice() {
-    const DeviceEntry first = FindDevice(ListDevices(), std::to_string(defaultDeviceId));
-    if (first.make) {
-        ChosenDevice chosen{first.name, first.make(), std::nullopt, {}};
-        // A card that is merely in use must not be replaced behind the person's back.
-        if (HasSoundCard() || canOpen(*chosen.device)) {
-            return chosen;
-        }
-    }
-    return {"simulated", SimulatedDevice({}).make(), std::nullopt,
-            "This computer has no sound: the device is a simulated loopback."};
+    return {speakerPrefix + path, SimulatedDevice(SimulatedSpeaker(response.samples)).make(),
+            response.rate};
 }
 
 }  // namespace
@@ -58,19 +36,20 @@ std::string FileOfDevice(const DeviceOptions& options) {
 }
 
 ChosenDevice ChooseDevice(const DeviceOptions& options) {
-    const std::string& wanted = options.device;
-    if (wanted.empty()) {
-        return usualDevice();
-    }
+    const std::string usual = std::to_string(defaultDeviceId);
+    const std::string& wanted = options.device.empty() ? usual : options.device;
     if (const std::string file = FileOfDevice(options); !file.empty()) {
         return simulatedSpeaker(file);
     }
+    DeviceGuard guard(options.limit());
+    guard.expect(options.limit(), options.device + (options.device.empty() ? "" : ": ") +
+                                      "the sound server does not answer");
     const DeviceEntry entry = FindDevice(ListDevices(), wanted);
     if (!entry.make) {
         throw InputError(wanted,
                          "there is no such audio device; \"tonvane-cli devices\" lists them");
     }
-    return {entry.name, entry.make(), std::nullopt, {}};
+    return {entry.name, entry.make(), std::nullopt};
 }
 
 }  // namespace tonvane

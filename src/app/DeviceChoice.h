@@ -13,7 +13,8 @@
 namespace tonvane {
 
 struct DeviceOptions {
-    std::string device;  // an entry of the device menu, or simulated:FILE.qsr; empty: the first
+    // An entry of the device menu, or simulated:FILE.qsr; empty: the menu's default device.
+    std::string device;
     int32_t timeLimitS = 10;  // how long it may deliver nothing
     [[nodiscard]] std::chrono::milliseconds limit() const {
         return std::chrono::seconds(timeLimitS);
@@ -31,7 +32,6 @@ struct ChosenDevice {
     std::string name;
     std::unique_ptr<CWaveDevice> device;
     std::optional<int32_t> rate;  // Hz, the only one that the device serves
-    std::string warning;          // for the person; empty for none
 };
 
 // Throws InputError for a name that is not on the menu, and for a simulated device whose response

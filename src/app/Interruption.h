@@ -1,7 +1,8 @@
-// Ctrl-C during a command that plays or captures.
+// Ctrl-C during a command that has something to bring to an end.
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace tonvane {
 
@@ -10,7 +11,7 @@ class Interrupted : public std::runtime_error {
   public:
     static constexpr int exitCode = 130;  // what a shell reports for a program ended by Ctrl-C
 
-    Interrupted() : std::runtime_error("interrupted") {}
+    explicit Interrupted(const std::string& text = "interrupted") : std::runtime_error(text) {}
 };
 
 // While it lives, Ctrl-C (SIGINT, SIGTERM; on Windows Ctrl-Break as well) only leaves a mark, the

@@ -7,6 +7,7 @@
 
 #include "app/WindowProgram.h"
 #include "commandline/CommandParser.h"
+#include "platform/System.h"
 #include "ui/qt/LabWindow.h"
 
 namespace {
@@ -41,6 +42,7 @@ int runLab(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    tonvane::KeepStandardStreams();
     try {
         return runLab(argc, argv);
     } catch (const std::exception& error) {

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "amplifier/RegisterTable.h"
+#include "app/Interruption.h"
 #include "link/LinkFrame.h"
 
 namespace tonvane {
@@ -45,6 +46,14 @@ void ConnectLink(CAmpLink& link) {
         throw LinkError("no socket can be made");
     }
     link.TrimOscillator();
+}
+
+void WriteUninterrupted(CAmpLink& link, std::span<const RegisterWrite> writes) {
+    const InterruptMark interrupt;
+    WriteInShutdown(link, writes);
+    if (InterruptMark::isSet()) {
+        throw Interrupted("interrupted; the registers are written and the amplifier runs");
+    }
 }
 
 LinkSession::LinkSession(const LinkOptions& options)

@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "commandline/CommandParser.h"
 #include "link/AmpLink.h"
+#include "link/RegisterWrites.h"
 
 namespace tonvane {
 
@@ -25,6 +27,11 @@ std::unique_ptr<LinkTransport> MakeTransport(const LinkOptions& options);
 
 // Connects a link and trims the oscillator, as every connection does. Throws LinkError.
 void ConnectLink(CAmpLink& link);
+
+// Writes a list of registers while the audio is stopped. Ctrl-C does not leave the amplifier
+// stopped with half of them: the list is written to its end, and Interrupted is thrown behind it.
+// Throws LinkError.
+void WriteUninterrupted(CAmpLink& link, std::span<const RegisterWrite> writes);
 
 // A connected link, for the time of a command.
 struct LinkSession {

@@ -5,11 +5,14 @@
 
 #include <fmt/core.h>
 
+#include "app/DeviceGuard.h"
 #include "app/Interruption.h"
 #include "app/RunWatch.h"
 #include "files/InputError.h"
 #include "files/RateRange.h"
+#include "signal/PeriodShift.h"
 #include "stream/EqStream.h"
+#include "transform/ResponseShape.h"
 #include "tuning/MeasurementRun.h"
 
 namespace tonvane {
@@ -19,6 +22,10 @@ namespace {
 // Peaks of a capture in dB of full scale.
 constexpr double silentDb = -80.0;
 constexpr double weakDb = -50.0;
+
+// Of the response against the latency that a device promises.
+constexpr int32_t mostEarlyFrames = 64;
+constexpr double mostUsualDelayMs = 20.0;  // sound goes seven metres
 
 // Frames that the capture takes: half a period, one block dropped, the periods and their pause, and
 // the block that ends it.
@@ -47,10 +54,23 @@ void expectGoodRun(const CStreamEngine& engine, RunEnd end, bool complete,
     if (!complete) {
         throw InputError(name, "the measurement has ended before it was complete");
     }
+    const auto refuse = [&](const std::string& fault) {
+        throw InputError(name, fault +
+                                   ", so the measurement is not good; try again with nothing "
+                                   "else running");
+    };
     if (const int32_t xruns = engine.device->xruns(); xruns > 0) {
-        throw InputError(name, "the device counted " + std::to_string(xruns) +
-                                   " gaps (xruns), so the measurement is not good; try again "
-                                   "with nothing else running");
+        refuse(fmt::format("the device counted {} gaps (xruns)", xruns));
+    }
+    if (const int32_t latency = engine.device->Latency(); latency != engine.latency) {
+        refuse(fmt::format("the device promised a latency of {} frames and then one of {}",
+                           engine.latency, latency));
+    }
+    if (const int32_t shift = FindPeriodShift(engine.receiver.captured, testBlockFrames)) {
+        refuse(
+            fmt::format("the capture has slipped by {} frames, a gap that the device did not "
+                        "count",
+                        shift));
     }
 }
 
@@ -72,12 +92,40 @@ void judgeLevel(const CStreamEngine& engine, MeasurementReport& report) {
     }
 }
 
+[[noreturn]] void refuseResponse(TuningRun& run, const std::string& name,
+                                 const std::string& fault) {
+    run.responseAnalyzer.reset();
+    run.responseReady = false;
+    throw InputError(name, fault);
+}
+
 void expectUsableResponse(TuningRun& run, const std::string& name) {
     const auto samples = run.responseAnalyzer.response.time();
     if (!std::ranges::all_of(samples, [](double x) { return std::isfinite(x); })) {
-        run.responseAnalyzer.reset();
-        run.responseReady = false;
-        throw InputError(name, "the capture gives no usable response");
+        refuseResponse(run, name, "the capture gives no usable response");
+    }
+}
+
+// Sound cannot come before it is played; how much later it comes depends on the way, too. A device
+// that says nothing of its latency promises nothing. The peak is taken: low tones have their onset
+// ahead of it.
+void judgeDelay(const CStreamEngine& engine, TuningRun& run, MeasurementReport& report) {
+    const auto samples = run.responseAnalyzer.response.time();
+    const auto peak = std::ranges::max_element(samples, {}, [](double x) { return std::fabs(x); });
+    auto place = static_cast<int32_t>(peak - samples.begin()) - onsetLead;
+    place -= place >= responseLength / 2 ? responseLength : 0;
+    if (engine.latency > 0 && place < -mostEarlyFrames) {
+        refuseResponse(run, report.device,
+                       fmt::format("the response comes {} frames ahead of the latency that the "
+                                   "device promises, so the measurement is not good",
+                                   -place));
+    }
+    const double lateMs = 1000.0 * report.delaySamples / report.sampleRate;
+    if (engine.latency > 0 && lateMs > mostUsualDelayMs) {
+        report.warnings.push_back(fmt::format(
+            "The response comes {:.0f} ms after the latency that the device promises: unless the "
+            "loudspeaker delays it, frames were lost.",
+            lateMs));
     }
 }
 
@@ -97,10 +145,36 @@ int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
 
 }  // namespace
 
+namespace {
+
+// From the start to a capture that is good; the device still works then.
+void capture(CStreamEngine& engine, MeasurementRun& measurement, const RunNews& news,
+             const std::string& name, const RunLimits& limits, DeviceGuard& guard) {
+    guard.expect(limits.opening, name + ": the device does not answer");
+    measurement.Measure();
+    guard.rest();
+    if (!measurement.started()) {
+        const std::string reason = engine.device->refusal();
+        throw InputError(name, "cannot be opened for playing and capturing at " +
+                                   std::to_string(engine.measurement.sampleRate) + " Hz" +
+                                   (reason.empty() ? reason : ": " + reason));
+    }
+    ProgressLine line("Measuring");
+    const auto share = [&] {
+        line.show(static_cast<double>(engine.waveIn.framesCaptured) / capturedFrames(engine));
+    };
+    const RunEnd end = WatchRun(engine, news, limits.delivery, share);
+    expectGoodRun(engine, end, news.isComplete, name);
+    line.show(1.0);
+}
+
+}  // namespace
+
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
                                   const RunLimits& limits, TuningRun& run,
                                   const ProgramValues& values) {
     const InterruptMark interrupt;
+    DeviceGuard guard(limits.closing);
     RunNews news;
     CEqStream filter;
     CStreamEngine engine(run.measurement, limits.intervals);
@@ -110,23 +184,15 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
     WavePlayer player(engine);
     MeasurementRun measurement(run, values, player);
 
-    measurement.Measure();
-    if (!measurement.started()) {
-        const std::string reason = device.refusal();
-        throw InputError(name, "cannot be opened for playing and capturing at " +
-                                   std::to_string(run.designRate) + " Hz" +
-                                   (reason.empty() ? reason : ": " + reason));
+    try {
+        capture(engine, measurement, news, name, limits, guard);
+        guard.expect(limits.closing, name + ": the device does not close");
+        engine.Stop();
+        guard.rest();
+    } catch (const std::exception& error) {
+        guard.giveUp(error);
+        throw;
     }
-    {
-        ProgressLine line("Measuring");
-        const auto share = [&] {
-            line.show(static_cast<double>(engine.waveIn.framesCaptured) / capturedFrames(engine));
-        };
-        const RunEnd end = WatchRun(engine, news, limits.delivery, share);
-        expectGoodRun(engine, end, news.isComplete, name);
-        line.show(1.0);
-    }
-    engine.Stop();
 
     MeasurementReport report;
     report.device = name;
@@ -138,6 +204,7 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
     report.delaySamples = run.responseAnalyzer.delaySamples;
     report.polarity = run.responseAnalyzer.polarity();
     report.cutoffHz = run.responseAnalyzer.cutoffHz();
+    judgeDelay(engine, run, report);
     return report;
 }
 
@@ -150,12 +217,7 @@ MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const Devic
     run.InitTuningState();
     std::printf("Measuring on %s at %d Hz\n", chosen.name.c_str(), values.InputSampleRate);
     std::fflush(stdout);
-    MeasurementReport report =
-        MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
-    if (!chosen.warning.empty()) {
-        report.warnings.insert(report.warnings.begin(), chosen.warning);
-    }
-    return report;
+    return MeasureResponse(*chosen.device, chosen.name, {device.limit()}, run, values);
 }
 
 }  // namespace tonvane

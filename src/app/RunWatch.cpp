@@ -23,13 +23,14 @@ RunEnd WatchRun(CStreamEngine& engine, const RunNews& news, std::chrono::millise
     auto moved = Clock::now();
     int64_t before = -1;
     while (true) {
+        const bool isDone = news.isDone;  // ahead of what may be the reason
         if (InterruptMark::isSet()) {
             return RunEnd::interrupted;
         }
         if (engine.deviceLost()) {
             return RunEnd::lost;
         }
-        if (news.isDone) {
+        if (isDone) {
             return RunEnd::done;
         }
         const int64_t frames = engine.waveIn.framesCaptured + engine.waveOut.framesPlayed;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/WindowProgram.h"
+#include "platform/System.h"
 #include "ui/qt/TemplateWindow.h"
 
 namespace {
@@ -22,6 +23,7 @@ constexpr const char* usage =
 }  // namespace
 
 int main(int argc, char** argv) {
+    tonvane::KeepStandardStreams();
     try {
         const std::vector<std::string> arguments(argv + 1, argv + argc);
         const std::string first = arguments.empty() ? "" : arguments[0];

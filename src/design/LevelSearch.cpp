@@ -70,8 +70,6 @@ void LevelSearch::takeResponse(const ComplexVector& spectrum, const BandWeight& 
 
 double LevelSearch::find(const Filters& filters, double top, const ExactTrial& exact) {
     takeFilters(filters);
-    quickTrials = 0;
-    exactTrials = 0;
     const Interval all{1e-12 * top, 10000.0 * top};
     if (const auto level = findQuickly(all)) {
         return *level;
@@ -132,12 +130,9 @@ std::optional<LevelSearch::Tried> LevelSearch::quickTry(double level, Known& kno
 }
 
 bool LevelSearch::isTooLoud(double level, const ExactTrial& exact) {
-    double ratio = quickRatio(level);
-    if (!(std::fabs(ratio / gain_ - 1.0) > undecided)) {
-        ++exactTrials;
-        ratio = exact(level);
-    }
-    return gain_ < ratio;
+    const double ratio = quickRatio(level);
+    const bool isDecided = std::fabs(ratio / gain_ - 1.0) > undecided;
+    return gain_ < (isDecided ? ratio : exact(level));
 }
 
 // Where the loudness of the filters would be the wanted one without the truncation to taps.
@@ -162,7 +157,6 @@ double LevelSearch::guess(const Interval& all) const {
 }
 
 double LevelSearch::quickRatio(double level) {
-    ++quickTrials;
     shapeFilter(level);
     return std::sqrt(loudnessOfTaps() / loudness_);
 }

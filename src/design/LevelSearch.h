@@ -48,9 +48,6 @@ class LevelSearch {
     // nothing. NaN where levels are none.
     double find(const Filters& filters, double top, const ExactTrial& exact);
 
-    int32_t quickTrials = 0;  // of the last search
-    int32_t exactTrials = 0;
-
   private:
     struct Interval;
     struct Tried;

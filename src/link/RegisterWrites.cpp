@@ -1,8 +1,11 @@
 #include "link/RegisterWrites.h"
 
+#include <array>
 #include <string>
 
 #include "amplifier/RegisterTable.h"
+#include "amplifier/RegisterText.h"
+#include "amplifier/WordBytes.h"
 
 namespace tonvane {
 
@@ -51,6 +54,18 @@ void WriteInShutdown(CAmpLink& link, std::span<const RegisterWrite> writes) {
         link.ExitShutdown();
     } catch (const LinkError& error) {
         throw LinkError(error.what() + list.progress() + ", and the amplifier may be left stopped");
+    }
+}
+
+void CompareReadBack(CAmpLink& link, std::span<const RegisterWrite> writes) {
+    for (const RegisterWrite& write : writes) {
+        std::array<uint8_t, mostRegisterBytes> bytes{};
+        const int32_t length = LookUpRegister(write.reg).length;
+        link.ReadRegister(write.reg, length, bytes);
+        if (BytesToWords(std::span(bytes).first(static_cast<size_t>(length))) != write.words) {
+            throw LinkError("all registers are written, but " + RegisterLabel(write.reg) +
+                            " does not read back as it was written");
+        }
     }
 }
 

@@ -15,4 +15,7 @@ void WriteRegisters(CAmpLink& link, std::span<const RegisterWrite> writes);
 // The same between EnterShutdown and ExitShutdown.
 void WriteInShutdown(CAmpLink& link, std::span<const RegisterWrite> writes);
 
+// Reads written registers back. A LinkError names the first that has other contents.
+void CompareReadBack(CAmpLink& link, std::span<const RegisterWrite> writes);
+
 }  // namespace tonvane

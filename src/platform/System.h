@@ -14,6 +14,11 @@ namespace tonvane {
 // Windows they are taken from the command line in UTF-16 instead.
 std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
 
+// Keeps the numbers of standard input, output and error from the files and sockets that the program
+// opens, where it was started without them: a socket would get what is printed. Reading and writing
+// fail as they did. At the start of a program.
+void KeepStandardStreams();
+
 // The rest of the command line behind the program's name and its blanks, as it was typed; nothing
 // where the system does not keep it but hands over words alone (all but Windows).
 std::optional<std::string> CommandLineAsTyped();

@@ -27,6 +27,9 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
     return arguments;
 }
 
+// The C library gives these numbers to nothing else, and sockets have none.
+void KeepStandardStreams() {}
+
 // The name may stand in quotes, which then hold its blanks together.
 std::optional<std::string> CommandLineAsTyped() {
     const wchar_t* rest = ::GetCommandLineW();

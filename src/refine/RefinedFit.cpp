@@ -26,7 +26,7 @@ constexpr double settledTolerance = 1e-5;
 constexpr int32_t polishSteps = 40;
 constexpr int32_t stubbornSteps = 300;  // where the first do not suffice
 constexpr double polishTolerance = 1e-6;
-constexpr int32_t boundRounds = 3;
+constexpr int32_t mostBoundRounds = 3;
 constexpr int32_t boundSteps = 15;
 constexpr double boundExcessDb = 0.005;
 
@@ -98,7 +98,7 @@ PairModel RefinedFitter::search() {
 
 // The last steps on the fine grid, with the limit lowered while the model exceeds it between the
 // grid's points.
-void RefinedFitter::polish(PairModel& model, int32_t steps) {
+void RefinedFitter::polish(PairModel& model, int32_t steps, int32_t boundRounds) {
     const double limitDb = fine_.limitDb;
     Improve(model, fine_, steps, polishTolerance, memory_);
     for (int32_t round = 0; round < boundRounds; ++round) {
@@ -134,7 +134,7 @@ std::optional<RefinedFit> RefinedFitter::fit(const WantedCorrection& wanted) {
         model.gainDb() = fine_.wanted.front();
     } else {
         model = search();
-        polish(model, polishSteps);
+        polish(model, polishSteps, mostBoundRounds);
     }
     return encoded(model, wanted.gainClampDb, fine_.limitDb);
 }
@@ -159,7 +159,7 @@ std::optional<RefinedFit> RefinedFitter::fitNoWorse(const WantedCorrection& want
     const auto ofFound = found ? std::optional(found->model) : std::nullopt;
     for (std::optional<PairModel> model : {ofFound, ofOthers}) {
         if (model && model->pairs > 0) {
-            polish(*model, stubbornSteps);
+            polish(*model, stubbornSteps, mostBoundRounds);
             std::optional<RefinedFit> polished = encoded(*model, wanted.gainClampDb, fine_.limitDb);
             if (isNoWorse(polished)) {
                 return polished;
@@ -178,7 +178,7 @@ std::optional<RefinedFit> RefinedFitter::goOn(const RefinedFit& last,
         return std::nullopt;
     }
     PairModel model = last.model;
-    Improve(model, coarse_, steps, 0.0, memory_);
+    polish(model, steps, 1);
     return encoded(model, wanted.gainClampDb, fine_.limitDb);
 }
 

@@ -57,13 +57,13 @@ class RefinedFitter {
     // finite, the rate 1000 Hz or more.
     double errorDb(std::span<const int32_t> words, const WantedCorrection& wanted);
 
-    static constexpr int32_t stepsWhileMoving = 6;
+    static constexpr int32_t stepsWhileMoving = 10;
 
   private:
     bool prepare(const WantedCorrection& wanted);
     [[nodiscard]] bool isFlat() const;
     [[nodiscard]] PairModel search();
-    void polish(PairModel& model, int32_t steps);
+    void polish(PairModel& model, int32_t steps, int32_t boundRounds);
     [[nodiscard]] std::optional<RefinedFit> encoded(const PairModel& model, double gainClampDb,
                                                     double limitDb) const;
 

@@ -82,6 +82,7 @@ class CStreamEngine {
     ThreadHandle captureThread{noThread};
     ThreadHandle outputThread{noThread};
     CWaveDevice* device = nullptr;
+    int32_t latency = 0;      // frames, what the device said of it at the start of a capture
     int32_t drainFrames = 0;  // silence behind a run that pushes the rest through the device
     WAVEFORMATEX captureFormat;
     WAVEFORMATEX playFormat;

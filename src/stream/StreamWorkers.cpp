@@ -13,7 +13,8 @@ constexpr int32_t halfPeriod = testBlockFrames / 2;
 }  // namespace
 
 void CStreamEngine::captureWork() {
-    waveIn.Discard(device->Latency());
+    latency = device->Latency();
+    waveIn.Discard(latency);
     waveIn.Discard(halfPeriod);
     bool delivering = true;
     while (capturing && delivering && receiver.state != teststate::done) {

@@ -15,6 +15,7 @@ bool CTestSignalReceiverStream::Open() {
     block = 0;
     channel = 0;
     accumulators[0].ensure(testBlockFrames);
+    captured.assign(static_cast<size_t>(config.repeats + 1) * testBlockFrames, 0.0);
     return true;
 }
 
@@ -29,8 +30,10 @@ void CTestSignalReceiverStream::accumulate(const double* in) {
         std::ranges::fill(sum, 0.0);
     }
     if (block <= config.repeats) {
+        double* kept = captured.data() + static_cast<ptrdiff_t>(block) * testBlockFrames;
         for (size_t i = 0; i < sum.size(); ++i) {
-            sum[i] += (in[2 * i] + in[2 * i + 1]) * scale;
+            kept[i] = in[2 * i] + in[2 * i + 1];
+            sum[i] += kept[i] * scale;
         }
     }
 }

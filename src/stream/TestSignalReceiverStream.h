@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "signal/MeasurementConfig.h"
 #include "stream/DspStream.h"
@@ -32,6 +33,9 @@ class CTestSignalReceiverStream : public CDspStream {
 
     // The averaged period, 32768 samples, half a period late; for when the capture has ended.
     std::array<SampleArray, 1> accumulators;
+
+    // What has been added up, block by block.
+    std::vector<double> captured;
 
   private:
     void accumulate(const double* in);

@@ -36,8 +36,7 @@ std::optional<std::string> TuningRun::WriteFilterFile() {
             return "it is the response";
         }
     }
-    const std::string text =
-        WithSystemLineEnds(FormatFilterFile(fittedWords(), registerAddresses));
+    const std::string text = WithSystemLineEnds(FormatFilterFile(fittedWords(), registerAddresses));
     return ReplaceFile(values_.FilterFilePath, text, InPlace::whenFolderRefuses);
 }
 

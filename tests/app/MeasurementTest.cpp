@@ -57,9 +57,10 @@ class MeasuringForAPerson : public tests::WithFftTables {
         device = std::make_unique<StandingDevice>(setup);
         device->stop = standsStill ? setup.stopsAfter : 0;
         device->isInterrupted = isInterrupted;
-        return MeasureResponse(*device, "the room",
-                               {standsStill ? tick : patience, {tick, tick, 20 * tick}}, run,
-                               values);
+        return MeasureResponse(
+            *device, "the room",
+            {standsStill ? tick : patience, {tick, tick, 20 * tick}, patience, patience}, run,
+            values);
     }
 
     std::unique_ptr<StandingDevice> device;
@@ -78,6 +79,9 @@ TEST_F(MeasuringForAPerson, TakesNoFaultyRunForGood) {
         {{.stopsAfter = 200000}, "stopped delivering"},
         {{.disappearsAfter = 200000}, "lost during the measurement"},
         {{.xrunAfter = 200000}, "counted 1 gap"},
+        {{.slipsAfter = 100000}, "slipped by 1024 frames"},
+        {{.changesLatencyAfter = 200000}, "a latency of 0 frames and then one of 1024"},
+        {{.latency = 2000}, "comes 2000 frames ahead"},
         {{.gain = 0.0}, "silent (peak zero)"},
         {{.gain = 1e-5}, "silent (peak -1"},
     };
@@ -107,8 +111,8 @@ TEST_F(MeasuringForAPerson, GivesTheSpeakersResponseBack) {
         ResponseAnalyzer expected;
         expected.loadImpulse(48000, responseLength, c.samples);
         EXPECT_EQ(report.delaySamples, expected.delaySamples + c.lead);
-        EXPECT_EQ(report.polarity, expected.polarity);
-        EXPECT_EQ(report.cutoffHz, expected.cutoffHz);
+        EXPECT_EQ(report.polarity, expected.polarity());
+        EXPECT_EQ(report.cutoffHz, expected.cutoffHz());
         for (int32_t k = 28; k < 13654; ++k) {  // 40 Hz to 20 kHz
             const double ratio = std::abs(run.responseAnalyzer.response.spectrum[k]) /
                                  std::abs(expected.response.spectrum[k]);
@@ -117,7 +121,7 @@ TEST_F(MeasuringForAPerson, GivesTheSpeakersResponseBack) {
     }
 }
 
-TEST_F(MeasuringForAPerson, TellsOfALevelThatIsTooHighOrTooLow) {
+TEST_F(MeasuringForAPerson, TellsOfALevelThatIsTooHighOrTooLowAndOfALateResponse) {
     const MeasurementReport good = measure({.delay = 100, .gain = -0.25});
     EXPECT_THAT(good.warnings, IsEmpty());
     EXPECT_EQ(good.delaySamples, 100);
@@ -126,6 +130,8 @@ TEST_F(MeasuringForAPerson, TellsOfALevelThatIsTooHighOrTooLow) {
     EXPECT_THAT(loud.warnings, ElementsAre(HasSubstr("clipped")));
     EXPECT_GT(loud.clippedSamples, 1000);
     EXPECT_NEAR(loud.peakDb, 0.0, 1e-6);
+    const MeasurementReport late = measure({.delay = 1501, .latency = 1});
+    EXPECT_THAT(late.warnings, ElementsAre(HasSubstr("comes 31 ms after")));
     const MeasurementReport faint = measure({.gain = 1e-3});
     EXPECT_THAT(faint.warnings, ElementsAre(HasSubstr("weak")));
     EXPECT_NEAR(faint.peakDb - good.peakDb, 20.0 * std::log10(1e-3 / 0.25), 1e-3);

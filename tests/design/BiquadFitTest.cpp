@@ -1,7 +1,9 @@
-// The pairing of roots, and the fit of known filters.
+// The parts of the fit, and the fit of known filters.
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <limits>
+#include <numbers>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -9,8 +11,10 @@
 #include "design/BiquadSections.h"
 #include "design/CascadeResponse.h"
 #include "design/IirFitter.h"
+#include "design/LatticeSolver.h"
 #include "design/LeastSquares.h"
 #include "design/PolynomialRoots.h"
+#include "design/PowerGrid.h"
 #include "support/Signals.h"
 
 namespace tonvane {
@@ -24,12 +28,13 @@ auto near(const std::vector<double>& x, double tolerance = 1e-12) {
 
 TEST(BiquadSections, PairsRiseInAngleAndRealRootsComeLast) {
     const auto sectionsOf = [](const std::vector<Complex>& roots) {
-        std::vector<double> re;
-        std::vector<double> im;
-        for (const Complex& root : roots) {
-            re.push_back(root.real());
-            im.push_back(root.imag());
-        }
+        const auto parts = [&](auto part) {
+            std::vector<double> values(roots.size());
+            std::ranges::transform(roots, values.begin(), part);
+            return values;
+        };
+        std::vector<double> re = parts([](Complex z) { return z.real(); });
+        std::vector<double> im = parts([](Complex z) { return z.imag(); });
         std::vector<double> sections(3 * roots.size() / 2);
         RootsToBiquads(re, im, sections, static_cast<int32_t>(roots.size() / 2), 1e-15);
         return sections;
@@ -88,6 +93,38 @@ TEST_F(Fit, AKnownFilterComesBackWithoutTheLevelDrop) {
             ASSERT_NEAR(levels[i], tests::Decibels(std::abs(expected)), c.toleranceDb) << i;
         }
     }
+}
+
+TEST(PowerGrid, IsExactAtBothEndsOfTheBandAndBeyond) {
+    std::vector<double> angles, powers(700);
+    for (int i = 0; i < 700; ++i) {
+        angles.push_back(-0.001 - 0.01 * i);
+    }
+    PowerGrid grid;
+    grid.build(angles);
+    for (const auto& c : {std::vector{1.0, -2.97, 2.9403, -0.970299},
+                          {1.0, 2.97, 2.9403, 0.970299},
+                          tests::Noise(256)}) {
+        grid.power(c, powers);
+        for (size_t i = 0; i < angles.size(); ++i) {
+            const auto z = tests::PolynomialAt(c, angles[i] / (2.0 * std::numbers::pi), 1.0);
+            ASSERT_NEAR(powers[i] / std::norm(z), 1.0, 2e-9) << c.size() << " " << angles[i];
+        }
+    }
+}
+
+TEST(LatticeSolver, EndsWhereNothingIsLeftAndLetsNaNThrough) {
+    LatticeSolver solver;
+    solver.resize(3, 52);
+    const std::vector<double> p = tests::Noise(37);
+    std::vector<double> y(52), b(4), a(4);
+    std::ranges::transform(p, y.begin() + 2, [](double x) { return 0.5 * x; });
+    EXPECT_EQ(solver.solve(p, y, 0.25, b, a), 2);
+    EXPECT_THAT(b, near({0.25, 0.0, 0.5, 0.0}));
+    EXPECT_THAT(a, near({1.0, 0.0, 0.0, 0.0}));
+    y[30] = std::numeric_limits<double>::quiet_NaN();
+    solver.solve(p, y, 0.25, b, a);
+    EXPECT_THAT(b, testing::Each(testing::IsNan()));
 }
 
 // LAPACK ends the program on some of these, does not end on others, and gives numbers for a few.

@@ -2,7 +2,9 @@
 
 import json
 
-from programs import EXAMPLES, good, read_filters, wav
+import pytest
+
+from programs import EXAMPLES, cli, good, read_filters, wav
 
 SPEAKER = f"simulated:{EXAMPLES}/small-speaker.qsr"
 
@@ -30,3 +32,11 @@ def test_file_plays_to_its_end_from_where_it_is_asked_to(folder):
     assert "Playing in.wav on simulated, 08:21\n" in printed  # rounded up
     assert "Playing: 0 %" not in printed
     assert printed.endswith("Playing: 100 %\n")
+
+
+@pytest.mark.parametrize("command", ["measure -o n", "design --measure -o n", "play in.wav"])
+def test_without_a_sound_card_no_result_is_made_up(folder, command):
+    folder.put("in.wav", wav(8000, [0]))
+    done = cli(*command.split(), env={"ALSA_CONFIG_PATH": "/dev/null"})
+    assert (done.code, folder.names()) == (1, {"in.wav"})
+    assert "tonvane-cli: alsa: cannot be opened for playing" in done.err

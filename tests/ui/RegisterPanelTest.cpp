@@ -227,6 +227,8 @@ TEST_F(Panel, ADumpWritesALineForEachRegister) {
     host.take();
     press(dump);  // cancelled
     EXPECT_THAT(host.take(), ElementsAre("open dat file (*.dat) *.dat dat"));
+    host.chosenFiles = {folder / "none/dump.dat"};
+    EXPECT_THAT(press(dump), IsEmpty());
     host.chosenFiles = {folder / "dump.dat"};
     link.replies = {0x12};
     EXPECT_EQ(press(dump).front(), "00 00 01");

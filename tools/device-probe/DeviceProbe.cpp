@@ -2,8 +2,9 @@
 //
 // Plays a file of 32-bit samples (frames, little-endian) on a device and writes what it captures
 // meanwhile, so many frames, as the same. A device of 16 bits takes the upper half. Stops the
-// device when the frame PAUSE is to be played, and starts it again. Prints what the device reports;
-// exit code 1, with the refusal and what was shown, when it refuses to open.
+// device when the frame PAUSE is to be played, and starts it again. Tells standard error that the
+// device has started, and prints what it reports in the end; exit code 1, with the refusal and what
+// was shown, when it refuses to open.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "device/menu/DeviceMenu.h"
+#include "platform/System.h"
 
 namespace tonvane {
 namespace {
@@ -118,6 +120,7 @@ int run(int count, char** arguments) {
     std::thread reader([&] { captured = capture(*device, channels, std::atoi(arguments[6])); });
     device->WaitFilled();
     device->Start();
+    std::fputs("started\n", stderr);
     writer.join();
     reader.join();
     device->Stop();
@@ -134,6 +137,7 @@ int run(int count, char** arguments) {
 }  // namespace tonvane
 
 int main(int count, char** arguments) {
+    tonvane::KeepStandardStreams();
     if (count != 7 && count != 8) {
         std::puts("device-probe DEVICE RATE CHANNELS PLAYED CAPTURED FRAMES [PAUSE]");
         return 2;

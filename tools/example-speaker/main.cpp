@@ -3,9 +3,11 @@
 
 #include "example-speaker/ExampleFiles.h"
 #include "files/ResponseFile.h"
+#include "platform/System.h"
 #include "transform/FftTables.h"
 
 int main(int argc, char** argv) {
+    tonvane::KeepStandardStreams();
     if (argc != 2) {
         std::fprintf(stderr, "usage: make-example-speaker OUTPUT-FOLDER\n");
         return 2;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -43,13 +44,14 @@ bool sendInPieces(int socket, std::span<const uint8_t> bytes) {
 }  // namespace
 
 Fault FaultNamed(std::string_view name) {
-    constexpr std::array<std::pair<std::string_view, Fault>, 6> names{{
+    constexpr std::array<std::pair<std::string_view, Fault>, 7> names{{
         {"silent", Fault::silent},
         {"half", Fault::half},
         {"closing", Fault::closing},
         {"garbage", Fault::garbage},
         {"surplus", Fault::surplus},
         {"pieces", Fault::pieces},
+        {"pausing", Fault::pausing},
     }};
     const auto found = std::ranges::find(names, name, [](const auto& row) { return row.first; });
     return found == names.end() ? Fault::none : found->second;
@@ -177,6 +179,10 @@ bool LinkServer::reply(const Client& client, std::vector<uint8_t> bytes) {
             break;
         case Fault::pieces:
             return sendInPieces(socket, bytes);
+        case Fault::pausing:
+            fault_ = Fault::none;
+            std::raise(SIGSTOP);
+            break;
     }
     return bytes.empty() || sendAll(socket, bytes);
 }

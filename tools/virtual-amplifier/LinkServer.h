@@ -20,6 +20,7 @@ enum class Fault {
     garbage,  // answers as many bytes as asked for, all wrong
     surplus,  // answers more than asked for
     pieces,   // answers in single bytes with pauses between
+    pausing,  // stops its process ahead of an answer, once: SIGCONT makes it go on
 };
 
 // The fault of a name as above; none for another name.

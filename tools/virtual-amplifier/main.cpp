@@ -9,6 +9,7 @@
 #include "commandline/CommandParser.h"
 #include "link/AmpLink.h"
 #include "link/LinkFrame.h"
+#include "platform/System.h"
 #include "virtual-amplifier/LinkServer.h"
 #include "virtual-amplifier/VirtualAmplifier.h"
 
@@ -69,9 +70,9 @@ int runForPerson(int argc, char** argv) {
     program.option("--log", log, "File for the frames; without one they go to standard output");
     program
         .option("--fault", fault,
-                "Go wrong on purpose: silent, half, closing, garbage, surplus or pieces")
-        .oneOf(
-            std::vector<std::string>{"silent", "half", "closing", "garbage", "surplus", "pieces"});
+                "Go wrong on purpose: silent, half, closing, garbage, surplus, pieces or pausing")
+        .oneOf(std::vector<std::string>{"silent", "half", "closing", "garbage", "surplus", "pieces",
+                                        "pausing"});
     program.option("--after", firstWrongFrame, "How many frames are answered rightly before that")
         .notNegative();
     program.action([&] { serve(port, log, FaultNamed(fault), firstWrongFrame); });
@@ -81,6 +82,7 @@ int runForPerson(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    tonvane::KeepStandardStreams();
     try {
         return runForPerson(argc, argv);
     } catch (const std::exception& error) {

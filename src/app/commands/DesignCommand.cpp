@@ -4,11 +4,13 @@
 #include <memory>
 #include <vector>
 
+#include "amplifier/RegisterGroups.h"
 #include "app/DesignPicture.h"
 #include "app/Exports.h"
 #include "app/FinishedDesign.h"
 #include "app/HtmlReport.h"
 #include "app/JsonReport.h"
+#include "app/LinkSession.h"
 #include "app/OutputFiles.h"
 #include "app/commands/Commands.h"
 #include "files/FilterFile.h"
@@ -93,9 +95,10 @@ void programAmplifier(const DesignReport& report, TuningRun& run) {
     if (!report.isUsable()) {
         throw InputError("--program", "the filter is not sent: " + report.warnings.front());
     }
+    const auto writes = EqualizerGroup(true, report.words);
     ConnectLink(run.ampLink);
-    run.amplifier.biqEnabled = true;
-    run.ProgramAmplifier();
+    WriteUninterrupted(run.ampLink, writes);
+    CompareReadBack(run.ampLink, writes);
     std::printf("Programmed the amplifier\n");
 }
 
@@ -109,6 +112,10 @@ void design(const DesignOptions& options) {
                              FileOfDevice(options.request.device), options.addresses.value_or("")});
     if (!options.plot.output.empty()) {
         CheckPictureOptions(options.plot);
+    }
+    if (options.request.solver != FitSolver::lattice &&
+        options.request.fit != FitName(FitMethod::iterated)) {
+        throw InputError("--solver", "is for the iterated fit: give --fit iterated as well");
     }
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto finished = DesignResponse(options.request);
@@ -158,8 +165,8 @@ void AddDesignCommand(Command& program) {
     command
         .option(
             "--solver", options->solver,
-            "What solves the equations of the fit: lattice, or LAPACK's dgelsd, which takes ten "
-            "times as long and is as close")
+            "What solves the equations of the iterated fit: lattice, or lapack, whose dgelsd takes "
+            "ten times as long and is as close")
         .oneOf(std::vector<std::string>{"lattice", "lapack"});
     command.flag("--program", options->program,
                  "Send the filter to the amplifier through the link server");

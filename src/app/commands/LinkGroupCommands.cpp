@@ -42,19 +42,8 @@ std::string countRegisters(size_t count) {
 
 void writeGroup(const LinkOptions& options, std::span<const RegisterWrite> writes) {
     LinkSession session(options);
-    WriteInShutdown(session.link, writes);
+    WriteUninterrupted(session.link, writes);
     session.printDone("Wrote " + countRegisters(writes.size()));
-}
-
-void compareReadBack(LinkSession& session, std::span<const RegisterWrite> writes) {
-    const auto differs = [&](const RegisterWrite& write) {
-        return BytesToWords(session.readWhole(write.reg)) != write.words;
-    };
-    const auto first = std::ranges::find_if(writes, differs);
-    if (first != writes.end()) {
-        throw LinkError("all registers are written, but " + RegisterLabel(first->reg) +
-                        " does not read back as it was written");
-    }
 }
 
 AmplifierSettings settingsAt(int32_t sampleRate) {
@@ -92,9 +81,9 @@ void preset(const LinkOptions& options) {
 void program(const LinkOptions& options, const std::string& path) {
     const std::vector<RegisterWrite> writes = checkedSections(path);
     LinkSession session(options);
-    WriteInShutdown(session.link, writes);
+    WriteUninterrupted(session.link, writes);
     if (!options.dryRun) {
-        compareReadBack(session, writes);
+        CompareReadBack(session.link, writes);
     }
     session.printDone("Wrote " + countRegisters(writes.size()) + ", read back and compared");
 }

@@ -39,6 +39,7 @@ bool CJackWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int 
 
 std::string CJackWave::open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames) {
     client_ = OpenJackClient();
+    clock_ = client_.get();
     if (!client_) {
         return "There is no JACK server";
     }
@@ -66,7 +67,9 @@ std::string CJackWave::open(const WAVEFORMATEX* capture, const WAVEFORMATEX* pla
         jack_activate(client_.get()) != 0) {
         return "The JACK server does not take a new client";
     }
-    connect(pair);
+    if (!connect(pair)) {
+        return "The JACK server does not make the connections to \"" + pair_ + "\"";
+    }
     isOpen_ = true;
     return "";
 }
@@ -104,30 +107,32 @@ bool CJackWave::registerPorts(Ports& ports, int32_t count, const std::string& na
     return true;
 }
 
-void CJackWave::connect(const JackPair& pair) {
+bool CJackWave::connect(const JackPair& pair) {
     for (size_t i = 0; i < std::min(inputs_.size(), pair.capture.size()); ++i) {
         jack_connect(client_.get(), pair.capture[i].c_str(), jack_port_name(inputs_[i]));
     }
     for (size_t i = 0; i < std::min(outputs_.size(), pair.playback.size()); ++i) {
         jack_connect(client_.get(), jack_port_name(outputs_[i]), pair.playback[i].c_str());
     }
-    settle(pair);
+    return settle(pair);
 }
 
 // The server takes connections over between two of its periods, and tells the latencies that come
 // of them later still: a run that begins sooner loses frames and is out of step.
-void CJackWave::settle(const JackPair& pair) {
+bool CJackWave::settle(const JackPair& pair) {
     const auto areConnected = [](const Ports& ports, const std::vector<std::string>& others) {
         const size_t count = std::min(ports.size(), others.size());
         return std::all_of(ports.begin(), ports.begin() + static_cast<std::ptrdiff_t>(count),
                            [](jack_port_t* port) { return jack_port_connected(port) > 0; });
     };
     const auto end = std::chrono::steady_clock::now() + longestWait;
-    while (!(areConnected(inputs_, pair.capture) && areConnected(outputs_, pair.playback)) &&
-           std::chrono::steady_clock::now() < end) {
+    while (!(areConnected(inputs_, pair.capture) && areConnected(outputs_, pair.playback))) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
         std::this_thread::sleep_for(lookInterval);
     }
-    jack_recompute_total_latencies(client_.get());
+    return jack_recompute_total_latencies(client_.get()) == 0;
 }
 
 void CJackWave::Close() {
@@ -141,8 +146,18 @@ void CJackWave::Close() {
 }
 
 bool CJackWave::Start() {
+    lastTime_ = -1;
     running_ = isOpen_ && !isLost();
     return running_;
+}
+
+// The server tells of a period that it has passed over later than the run may end, or never.
+void CJackWave::noteTime(uint32_t frames) {
+    const jack_nframes_t now = jack_last_frame_time(clock_);
+    const int64_t before = lastTime_.exchange(now);
+    if (before >= 0 && now != static_cast<jack_nframes_t>(before) + frames) {
+        faults_.captureGaps.Add();
+    }
 }
 
 void CJackWave::Process(int32_t frames) {
@@ -155,6 +170,7 @@ void CJackWave::Process(int32_t frames) {
         return std::span<void* const>(memory).first(ports.size());
     };
     if (running_) {
+        noteTime(count);
         captureSamples(buffersOf(inputs_), SampleType::floats, frames);
         playSamples(buffersOf(outputs_), SampleType::floats, frames);
         return;

@@ -44,8 +44,9 @@ class CJackWave : public SampleDevice {
     std::string open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play, int frames);
     bool setCallbacks();
     bool registerPorts(Ports& ports, int32_t count, const std::string& name, unsigned long kind);
-    void connect(const JackPair& pair);
-    void settle(const JackPair& pair);
+    bool connect(const JackPair& pair);
+    bool settle(const JackPair& pair);
+    void noteTime(uint32_t frames);
     static int32_t latencyOf(const Ports& ports, int mode);
 
     std::string pair_;
@@ -54,6 +55,8 @@ class CJackWave : public SampleDevice {
     Ports inputs_;
     Ports outputs_;
     std::atomic<bool> isOpen_{false};
+    _jack_client* clock_ = nullptr;      // the client, for as long as there are callbacks
+    std::atomic<int64_t> lastTime_{-1};  // the server's count of frames, while it runs; -1 ahead
 };
 
 }  // namespace tonvane

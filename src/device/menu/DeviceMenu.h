@@ -48,9 +48,6 @@ struct DevicePattern {
 };
 std::vector<DevicePattern> DevicePatterns();
 
-// Whether this computer has a sound card, in use or not.
-bool HasSoundCard();
-
 // The simulated device with a setup of one's own.
 DeviceEntry SimulatedDevice(SimulatedSetup setup);
 

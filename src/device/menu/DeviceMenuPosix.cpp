@@ -1,7 +1,5 @@
 #include "device/menu/DeviceMenu.h"
 
-#include <filesystem>
-
 #include "device/alsa/AlsaWave.h"
 #include "device/jack/JackClient.h"
 #include "device/jack/JackWave.h"
@@ -46,11 +44,6 @@ DeviceEntry UnlistedDevice(std::string_view name) {
 
 std::vector<DevicePattern> DevicePatterns() {
     return {{"alsa:PCM", "Another device of the ALSA configuration"}};
-}
-
-bool HasSoundCard() {
-    std::error_code ignored;
-    return std::filesystem::exists("/proc/asound/card0", ignored);
 }
 
 }  // namespace tonvane

@@ -1,7 +1,5 @@
 #include "device/menu/DeviceMenu.h"
 
-#include <windows.h>
-
 #include "device/asio/AsioDriverList.h"
 #include "device/asio/AsioWave.h"
 #include "device/winmm/WaveInOutWave.h"
@@ -43,10 +41,6 @@ DeviceEntry UnlistedDevice(std::string_view /*name*/) {
 
 std::vector<DevicePattern> DevicePatterns() {
     return {};
-}
-
-bool HasSoundCard() {
-    return waveOutGetNumDevs() > 0;
 }
 
 }  // namespace tonvane

@@ -80,7 +80,7 @@ bool CSimulatedWave::Open(const WAVEFORMATEX* capture, const WAVEFORMATEX* play,
     noise_.seed(setup_.noiseSeed);
     now_ = 0;
     open_ = true;
-    running_ = flushed_ = withoutWriter_ = withoutReader_ = hadXrun_ = false;
+    running_ = flushed_ = withoutWriter_ = withoutReader_ = hadXrun_ = hadSlip_ = false;
     return true;
 }
 
@@ -107,6 +107,10 @@ void CSimulatedWave::Stop() {
 int64_t CSimulatedWave::framesPlayed() const {
     const Lock lock(mutex_);
     return now_;
+}
+
+int CSimulatedWave::Latency() {
+    return setup_.latency + (framesPlayed() >= setup_.changesLatencyAfter ? stepFrames : 0);
 }
 
 bool CSimulatedWave::timeFlows() const {
@@ -148,6 +152,10 @@ void CSimulatedWave::step() {
         hadXrun_ = true;
         kept = false;
         faults_.captureGaps.Add();
+    }
+    if (now_ >= setup_.slipsAfter && !hadSlip_) {
+        hadSlip_ = true;
+        kept = false;
     }
     for (int32_t channel = 0; channel < capture_.channels; ++channel) {
         Block block{};

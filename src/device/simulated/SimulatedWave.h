@@ -46,7 +46,9 @@ struct SimulatedSetup {
     int64_t stopsAfter = never;  // time stands still: Read and Write wait until Close
     int64_t disappearsAfter =
         never;  // the device is lost: Write returns short, Read after the last frame
-    int64_t xrunAfter = never;  // a step of the capture is lost
+    int64_t xrunAfter = never;            // a step of the capture is lost
+    int64_t slipsAfter = never;           // the same, and it is not counted as a gap
+    int64_t changesLatencyAfter = never;  // Latency says a step more
 
     std::chrono::milliseconds patience{1000};
 };
@@ -70,7 +72,7 @@ class CSimulatedWave : public CWaveDevice {
     void WaitEmpty() override;
     bool IsInterleaved() override { return setup_.interleaved; }
     int BitsPerSample() override { return setup_.bits; }
-    int Latency() override { return setup_.latency; }
+    int Latency() override;
 
     [[nodiscard]] int32_t xruns() const override { return faults_.xruns(); }
     [[nodiscard]] bool isLost() const override { return faults_.isLost; }
@@ -125,6 +127,7 @@ class CSimulatedWave : public CWaveDevice {
     bool withoutWriter_ = false;  // waited for in vain
     bool withoutReader_ = false;
     bool hadXrun_ = false;
+    bool hadSlip_ = false;
     DeviceFaults faults_;
 };
 

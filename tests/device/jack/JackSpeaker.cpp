@@ -2,6 +2,7 @@
 // ago. The latencies of its ports say so, in unequal parts for the two directions.
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -52,6 +53,8 @@ int main() {
     sigaddset(&end, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &end, nullptr);
     jack_activate(client);
+    std::puts("ready");
+    std::fflush(stdout);
     int number = 0;
     sigwait(&end, &number);
     jack_client_close(client);
