@@ -5,6 +5,7 @@
 
 #include "app/CommandLine.h"
 #include "app/ConsoleMessages.h"
+#include "platform/System.h"
 #include "transform/FftTables.h"
 #include "tuning/DesignReport.h"
 #include "tuning/TuningRun.h"
@@ -34,7 +35,8 @@ int RunBatchStart(std::span<const std::string> arguments) {
     values.AppDirectory = WorkingDirectory();
     InitFftTables(responseLength);
     const auto run = std::make_unique<TuningRun>(values, messages);
-    InterpretCommandLine(TokenizeCommandLine(CommandTail(arguments)), values, messages);
+    const std::string tail = CommandLineAsTyped().value_or(CommandTail(arguments));
+    InterpretCommandLine(TokenizeCommandLine(tail), values, messages);
     if (values.ResponseFilePath.empty()) {
         messages.warning(
             "no response is given, so nothing is written: expected -cmd RATE RESPONSE "

@@ -1,10 +1,10 @@
 // tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (commands).
-#include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
 
 #include "app/BatchStart.h"
+#include "app/DeviceGuard.h"
 #include "app/Interruption.h"
 #include "app/commands/Commands.h"
 #include "commandline/CommandParser.h"
@@ -48,10 +48,10 @@ int main(int argc, char** argv) {
         }
         return withOutput(runForPerson(arguments));
     } catch (const tonvane::Interrupted& error) {
-        std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
+        tonvane::PrintLastError(error.what());
         return tonvane::Interrupted::exitCode;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "tonvane-cli: %s\n", error.what());
+        tonvane::PrintLastError(error.what());
         return badInput;
     }
 }

@@ -22,8 +22,12 @@ void loadTarget(const std::string& path, ProgramValues& values, Messages& messag
     values.DefaultTargetCurve = settings.curve;
     values.TargetCurveKind = settings.kind;
     values.InitialGainClamp = settings.gainClampDb;
-    values.TargetFileIsDamaged = status == TargetFileStatus::damaged;
-    if (values.TargetFileIsDamaged) {
+    values.TargetFileIsDamaged =
+        status == TargetFileStatus::damaged || status == TargetFileStatus::closed;
+    if (status == TargetFileStatus::closed) {
+        messages.warning(path + ": cannot be opened; the built-in curve is used");
+    }
+    if (status == TargetFileStatus::damaged) {
         messages.error("Failed to load desired response data. File is missing.");
     }
     values.TargetFilePath = path;

@@ -1,5 +1,6 @@
 #include "app/DeviceChoice.h"
 
+#include "app/DeviceGuard.h"
 #include "device/menu/DeviceMenu.h"
 #include "device/simulated/SimulatedSpeaker.h"
 #include "files/InputError.h"
@@ -40,6 +41,9 @@ ChosenDevice ChooseDevice(const DeviceOptions& options) {
     if (const std::string file = FileOfDevice(options); !file.empty()) {
         return simulatedSpeaker(file);
     }
+    DeviceGuard guard(options.limit());
+    guard.expect(options.limit(), options.device + (options.device.empty() ? "" : ": ") +
+                                      "the sound server does not answer");
     const DeviceEntry entry = FindDevice(ListDevices(), wanted);
     if (!entry.make) {
         throw InputError(wanted,

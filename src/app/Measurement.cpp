@@ -5,6 +5,7 @@
 
 #include <fmt/core.h>
 
+#include "app/DeviceGuard.h"
 #include "app/Interruption.h"
 #include "app/RunWatch.h"
 #include "files/InputError.h"
@@ -144,10 +145,36 @@ int32_t measuringRate(const ChosenDevice& device, std::optional<int32_t> wanted,
 
 }  // namespace
 
+namespace {
+
+// From the start to a capture that is good; the device still works then.
+void capture(CStreamEngine& engine, MeasurementRun& measurement, const RunNews& news,
+             const std::string& name, const RunLimits& limits, DeviceGuard& guard) {
+    guard.expect(limits.opening, name + ": the device does not answer");
+    measurement.Measure();
+    guard.rest();
+    if (!measurement.started()) {
+        const std::string reason = engine.device->refusal();
+        throw InputError(name, "cannot be opened for playing and capturing at " +
+                                   std::to_string(engine.measurement.sampleRate) + " Hz" +
+                                   (reason.empty() ? reason : ": " + reason));
+    }
+    ProgressLine line("Measuring");
+    const auto share = [&] {
+        line.show(static_cast<double>(engine.waveIn.framesCaptured) / capturedFrames(engine));
+    };
+    const RunEnd end = WatchRun(engine, news, limits.delivery, share);
+    expectGoodRun(engine, end, news.isComplete, name);
+    line.show(1.0);
+}
+
+}  // namespace
+
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
                                   const RunLimits& limits, TuningRun& run,
                                   const ProgramValues& values) {
     const InterruptMark interrupt;
+    DeviceGuard guard(limits.closing);
     RunNews news;
     CEqStream filter;
     CStreamEngine engine(run.measurement, limits.intervals);
@@ -157,23 +184,15 @@ MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
     WavePlayer player(engine);
     MeasurementRun measurement(run, values, player);
 
-    measurement.Measure();
-    if (!measurement.started()) {
-        const std::string reason = device.refusal();
-        throw InputError(name, "cannot be opened for playing and capturing at " +
-                                   std::to_string(run.designRate) + " Hz" +
-                                   (reason.empty() ? reason : ": " + reason));
+    try {
+        capture(engine, measurement, news, name, limits, guard);
+        guard.expect(limits.closing, name + ": the device does not close");
+        engine.Stop();
+        guard.rest();
+    } catch (const std::exception& error) {
+        guard.giveUp(error);
+        throw;
     }
-    {
-        ProgressLine line("Measuring");
-        const auto share = [&] {
-            line.show(static_cast<double>(engine.waveIn.framesCaptured) / capturedFrames(engine));
-        };
-        const RunEnd end = WatchRun(engine, news, limits.delivery, share);
-        expectGoodRun(engine, end, news.isComplete, name);
-        line.show(1.0);
-    }
-    engine.Stop();
 
     MeasurementReport report;
     report.device = name;
@@ -198,7 +217,7 @@ MeasurementReport MeasureInto(TuningRun& run, ProgramValues& values, const Devic
     run.InitTuningState();
     std::printf("Measuring on %s at %d Hz\n", chosen.name.c_str(), values.InputSampleRate);
     std::fflush(stdout);
-    return MeasureResponse(*chosen.device, chosen.name, {device.limit(), {}}, run, values);
+    return MeasureResponse(*chosen.device, chosen.name, {device.limit()}, run, values);
 }
 
 }  // namespace tonvane

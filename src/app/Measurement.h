@@ -26,16 +26,22 @@ struct MeasurementReport {
     std::vector<std::string> warnings;
 };
 
-// How long a device may deliver nothing, and the engine's own waits.
+// How long a device may deliver nothing, the engine's own waits, and how long the device may take
+// to be opened and to be closed.
 struct RunLimits {
     std::chrono::milliseconds delivery{10000};
     CStreamEngine::Intervals intervals{};
+    std::chrono::milliseconds opening = delivery;
+    std::chrono::milliseconds closing = usualClosing;
+
+    static constexpr std::chrono::milliseconds usualClosing{4000};
 };
 
 // Measures through a device that is closed and called `name`, at the run's design rate, and makes
 // the result the response of the run; the device is closed again. Throws InputError, with no
 // response in the run, when the device does not open, is lost, stalls or has had an xrun, and when
-// the capture is silent; Interrupted for Ctrl-C.
+// the capture is silent; Interrupted for Ctrl-C. Such an error is printed ahead of the closing, and
+// a device that takes longer than it may ends the program (DeviceGuard).
 MeasurementReport MeasureResponse(CWaveDevice& device, const std::string& name,
                                   const RunLimits& limits, TuningRun& run,
                                   const ProgramValues& values);

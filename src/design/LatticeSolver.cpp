@@ -37,8 +37,10 @@ double lesser(double a, double b) {
     return b < a || std::isnan(b) ? b : a;
 }
 
+}  // namespace
+
 // A symmetric 2 x 2 matrix of inner products of residuals.
-struct Gram {
+struct LatticeSolver::Gram {
     double pp = 0.0;
     double py = 0.0;
     double yy = 0.0;
@@ -48,7 +50,7 @@ struct Gram {
 };
 
 // Inner products of forward residuals (first letter) with delayed backward ones.
-struct Cross {
+struct LatticeSolver::Cross {
     double pp = 0.0;
     double py = 0.0;
     double yp = 0.0;
@@ -56,8 +58,6 @@ struct Cross {
 
     [[nodiscard]] Cross turned() const { return {pp, yp, py, yy}; }
 };
-
-}  // namespace
 
 // The inner products that the next stage starts from.
 struct LatticeSolver::Energies {

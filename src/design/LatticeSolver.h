@@ -42,6 +42,8 @@ class LatticeSolver {
         std::vector<Channels> y;
     };
 
+    struct Gram;
+    struct Cross;
     struct Reflection;
     struct Energies;
 

@@ -12,18 +12,18 @@ namespace {
 
 using elementary::DoublePair;
 
-constexpr size_t pairs = 8;  // of points in a block
+constexpr size_t pairsInBlock = 8;  // of points
 
 struct RecursionState {
-    std::array<DoublePair, pairs> sum{};
-    std::array<DoublePair, pairs> difference{};
+    std::array<DoublePair, pairsInBlock> sum{};
+    std::array<DoublePair, pairsInBlock> difference{};
 };
 
 // |polynomial|^2 at a block's points; `sign` is 1 for points near 0, -1 near pi.
 template <int sign>
 void blockPowers(std::span<const double> coefficients, const double* u, double* out) {
-    std::array<DoublePair, pairs> factor;
-    for (size_t k = 0; k < pairs; ++k) {
+    std::array<DoublePair, pairsInBlock> factor;
+    for (size_t k = 0; k < pairsInBlock; ++k) {
         factor[k] = elementary::LoadDoubles(u + 2 * k);
     }
     const auto next = [](DoublePair c, DoublePair f, DoublePair sum, DoublePair difference) {
@@ -33,7 +33,7 @@ void blockPowers(std::span<const double> coefficients, const double* u, double* 
     RecursionState state;
     for (size_t n = coefficients.size() - 1; n > 0; --n) {
         const DoublePair c = elementary::Twice(coefficients[n]);
-        for (size_t k = 0; k < pairs; ++k) {
+        for (size_t k = 0; k < pairsInBlock; ++k) {
             DoublePair& sum = state.sum[k];
             DoublePair& difference = state.difference[k];
             difference = next(c, factor[k], sum, difference);
@@ -41,7 +41,7 @@ void blockPowers(std::span<const double> coefficients, const double* u, double* 
         }
     }
     const DoublePair c = elementary::Twice(coefficients[0]);
-    for (size_t k = 0; k < pairs; ++k) {
+    for (size_t k = 0; k < pairsInBlock; ++k) {
         const DoublePair sum = state.sum[k];
         const DoublePair d = next(c, factor[k], sum, state.difference[k]);
         const DoublePair beside = sign > 0 ? d + sum : d - sum;

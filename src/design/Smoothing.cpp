@@ -28,7 +28,7 @@ std::array<double, 2 * halfWindow> hannWindow() {
 }
 
 // Points side by side, whose sums do not wait for each other. Each sum has the order of one alone.
-constexpr int32_t lanes = 8;
+constexpr int32_t sideBySide = 8;
 
 // One point with its window cut at the ends of the band.
 double reducedAtAnEnd(std::span<const double> power, std::span<const double> window, int32_t p) {
@@ -56,15 +56,15 @@ void reduceByEight(const ComplexVector& spectrum, DesignCurve& out) {
     for (; p < endPoints; ++p) {
         out[p] = reducedAtAnEnd(power, window, p);
     }
-    for (; p + lanes + endPoints < designPoints; p += lanes) {
+    for (; p + sideBySide + endPoints < designPoints; p += sideBySide) {
         const double* const x = &power[reduction * p - halfWindow];
-        std::array<double, lanes> sums{};
+        std::array<double, sideBySide> sums{};
         for (int32_t q = 0; q < 2 * halfWindow; ++q) {
-            for (int32_t k = 0; k < lanes; ++k) {
+            for (int32_t k = 0; k < sideBySide; ++k) {
                 sums[k] += x[q + reduction * k] * window[q];
             }
         }
-        for (int32_t k = 0; k < lanes; ++k) {
+        for (int32_t k = 0; k < sideBySide; ++k) {
             out[p + k] = sums[k] / norm;
         }
     }

@@ -47,7 +47,9 @@ TargetFileStatus LoadTargetFile(const std::string& path, TargetSettings& setting
     ReadFault fault;
     const auto text = ReadTextFile(path, &fault);
     if (!text) {
-        return fault.wasOpened ? TargetFileStatus::damaged : TargetFileStatus::missing;
+        return fault.isMissing   ? TargetFileStatus::missing
+               : fault.wasOpened ? TargetFileStatus::damaged
+                                 : TargetFileStatus::closed;
     }
     TextScanner scanner(*text);
     const int32_t kind = readKind(scanner);

@@ -19,7 +19,8 @@ struct TargetSettings {
 
 enum class TargetFileStatus {
     loaded,
-    missing,  // cannot be opened; nothing has changed
+    missing,  // is not there; nothing has changed
+    closed,   // is there but cannot be opened; nothing has changed
     damaged,  // what was read up to the fault stands; of a file that cannot be read nothing
 };
 

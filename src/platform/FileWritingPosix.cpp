@@ -43,7 +43,9 @@ std::optional<int> descriptorOf(const std::filesystem::path& path) {
 FilePointer streamOf(int descriptor) {
     FilePointer file(descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb"));
     if (!file && descriptor >= 0) {
+        const int error = errno;
         ::close(descriptor);
+        errno = error;
     }
     return file;
 }
@@ -71,7 +73,13 @@ FilePointer MakeNewFile(const std::filesystem::path& path, const std::filesystem
         }
         ::fchmod(descriptor, old.st_mode & permissionBits);
     }
-    return streamOf(descriptor);
+    FilePointer file = streamOf(descriptor);
+    if (!file && descriptor >= 0) {
+        const int error = errno;
+        ::unlink(path.c_str());
+        errno = error;
+    }
+    return file;
 }
 
 FilePointer OpenAsItIs(const std::filesystem::path& path) {

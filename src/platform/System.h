@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,10 @@ std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
 // opens, where it was started without them: a socket would get what is printed. Reading and writing
 // fail as they did. At the start of a program.
 void KeepStandardStreams();
+
+// The rest of the command line behind the program's name and its blanks, as it was typed; nothing
+// where the system does not keep it but hands over words alone (all but Windows).
+std::optional<std::string> CommandLineAsTyped();
 
 // Whether standard output goes to a terminal, where a person watches it.
 bool IsTerminal();

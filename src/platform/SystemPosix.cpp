@@ -22,6 +22,10 @@ void KeepStandardStreams() {
     }
 }
 
+std::optional<std::string> CommandLineAsTyped() {
+    return std::nullopt;
+}
+
 bool IsTerminal() {
     return isatty(STDOUT_FILENO) == 1;
 }

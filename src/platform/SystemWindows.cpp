@@ -30,6 +30,18 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
 // The C library gives these numbers to nothing else, and sockets have none.
 void KeepStandardStreams() {}
 
+// The name may stand in quotes, which then hold its blanks together.
+std::optional<std::string> CommandLineAsTyped() {
+    const wchar_t* rest = ::GetCommandLineW();
+    for (bool inQuotes = false; *rest != L'\0' && (inQuotes || *rest > L' '); ++rest) {
+        inQuotes = inQuotes != (*rest == L'"');
+    }
+    while (*rest != L'\0' && *rest <= L' ') {
+        ++rest;
+    }
+    return Narrow(rest);
+}
+
 // The null device is one of characters as well, but has no mode.
 bool IsTerminal() {
     DWORD mode = 0;

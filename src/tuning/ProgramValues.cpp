@@ -7,8 +7,9 @@
 namespace tonvane {
 
 std::string WorkingDirectory() {
-    std::error_code ignored;
-    return TextOf(std::filesystem::current_path(ignored)) + "/";
+    std::error_code error;
+    const std::string folder = TextOf(std::filesystem::current_path(error));
+    return (error ? "." : folder) + "/";
 }
 
 }  // namespace tonvane

@@ -41,7 +41,8 @@ struct ProgramValues {
 // Names of the measured positions.
 constexpr std::array<const char*, 5> SpeakerNames{"LTop", "RTop", "LBot", "RBot", "(Noise)"};
 
-// The working directory followed by a slash.
+// The working directory followed by a slash; where the system does not tell it, a relative path to
+// it.
 std::string WorkingDirectory();
 
 }  // namespace tonvane

@@ -1,5 +1,6 @@
 #include "ui/DialogTemplate.h"
 
+#include <algorithm>
 #include <array>
 
 #include "ui/Controls.h"
@@ -11,6 +12,15 @@ namespace {
 using enum ControlKind;
 
 constexpr DialogRectangle nowhere{0, 0, 0, 0};
+constexpr int gap = 1;
+
+int rightOf(const DialogRectangle& place) {
+    return place.x + place.width;
+}
+
+bool areInOneRow(const DialogRectangle& a, const DialogRectangle& b) {
+    return a.y < b.y + b.height && b.y < a.y + a.height;
+}
 
 constexpr std::array templateItems{
     DialogItem{controls::measure, defaultButton, "Measure", nowhere},
@@ -76,6 +86,23 @@ constexpr std::array templateItems{
 };
 
 }  // namespace
+
+int RightLimit(const DialogTemplate& dialog, const DialogItem& item) {
+    const DialogRectangle& own = item.place;
+    int limit = dialog.width;
+    for (const DialogItem& other : dialog.items) {
+        const DialogRectangle& place = other.place;
+        if (place.width == 0 || !areInOneRow(own, place)) {
+            continue;
+        }
+        if (place.x >= rightOf(own)) {
+            limit = std::min(limit, place.x);
+        } else if (other.kind == groupBox && place.x <= own.x && rightOf(place) >= rightOf(own)) {
+            limit = std::min(limit, rightOf(place));
+        }
+    }
+    return limit - gap;
+}
 
 const DialogTemplate MainDialogTemplate{"Tonvane", "Tahoma", 8, 508, 186, templateItems};
 

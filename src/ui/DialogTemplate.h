@@ -45,4 +45,8 @@ struct DialogTemplate {
 
 extern const DialogTemplate MainDialogTemplate;
 
+// How far to the right a control may grow, in dialog units: up to its neighbour, the frame around
+// it or the dialog's edge, less a gap.
+int RightLimit(const DialogTemplate& dialog, const DialogItem& item);
+
 }  // namespace tonvane

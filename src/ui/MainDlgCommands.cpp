@@ -87,6 +87,7 @@ void CMainDlg::OnStatus(const DialogMessage& m) {
 void CMainDlg::OnMeasure(const DialogMessage& /*m*/) {
     takeControls();
     measurement_.Measure();
+    RefreshPlayer();
 }
 
 // The engine tells of its end without an id.

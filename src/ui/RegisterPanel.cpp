@@ -31,11 +31,11 @@ constexpr double maxCrossoverShare = 0.9;  // of the sample rate
 
 constexpr FileDialog dumpDialog{FileDialog::Form::open, "dat file (*.dat)", "*.dat", "dat"};
 
-// A decimal number with either sign or none; blanks around it are passed over.
+// A decimal number with a sign of either kind or none; blanks around it are passed over.
 std::optional<int32_t> wholeNumber(const std::string& text) {
     const size_t start = std::min(text.find_first_not_of(' '), text.size());
-    std::string_view number =
-        std::string_view(text).substr(start, text.find_last_not_of(' ') + 1 - start);
+    const size_t end = text.find_last_not_of(' ') + 1;
+    std::string_view number = std::string_view(text).substr(start, end - std::min(start, end));
     if (number.starts_with('+') && !number.starts_with("+-")) {
         number.remove_prefix(1);
     }
@@ -147,10 +147,10 @@ void RegisterPanel::OnTerm(const DialogMessage& /*m*/) {
     showLinkControls(false);
 }
 
-// A failure is silent.
+// A failure is silent, and nothing is read for a file that cannot be written.
 void RegisterPanel::OnDump(const DialogMessage& /*m*/) {
     const auto path = host_.chooseFile(dumpDialog);
-    if (!path) {
+    if (!path || !OpenFile(*path, "ab")) {
         return;
     }
     const auto readRegister = [&](int32_t reg, std::span<uint8_t> contents) {

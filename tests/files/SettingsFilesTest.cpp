@@ -8,7 +8,7 @@
 namespace tonvane {
 namespace {
 
-TEST(ParameterFile, HasDefaultsForWhatIsMissing) {
+TEST(ParameterFile, HasDefaultsForWhatIsMissingAndClampsTheCurveAlone) {
     const tests::TemporaryFolder folder;
     TargetRecord curve = BuiltInTargetCurve;
     curve.points[3] = {1234, -5};
@@ -27,19 +27,13 @@ TEST(ParameterFile, HasDefaultsForWhatIsMissing) {
     curve.points[8].frequency = 15000;
     curve.points[0].level = -3;
     EXPECT_EQ(read.curves[9], curve);
-}
-
-TEST(ParameterFile, ClampsTheCurveAndNothingElse) {
-    const tests::TemporaryFolder folder;
-    const struct {
-        std::string value;
-        int32_t curve, gain;
-    } cases[] = {{"12", 9, 12}, {"-1", 0, -1}, {"+3x", 3, 3}, {"none", 0, 0}};
-    for (const auto& c : cases) {
-        const std::string text = "[Global]\nTargetCurveIndex=" + c.value + "\nEqAttn=" + c.value;
-        const auto read = LoadDesignParameterFile(folder.write("p.txt", text), BuiltInTargetCurve);
-        EXPECT_EQ(read.targetCurveIndex, c.curve) << c.value;
-        EXPECT_EQ(read.gainIndex, c.gain) << c.value;
+    const std::tuple<const char*, int32_t, int32_t> cases[] = {
+        {"12", 9, 12}, {"-1", 0, -1}, {"+3x", 3, 3}, {"none", 0, 0}};
+    for (const auto& [value, index, gain] : cases) {
+        const auto global =
+            std::string("[Global]\nTargetCurveIndex=") + value + "\nEqAttn=" + value;
+        read = LoadDesignParameterFile(folder.write("p.txt", global), curve);
+        EXPECT_EQ(std::tuple(read.targetCurveIndex, read.gainIndex), std::tuple(index, gain));
     }
 }
 

@@ -19,16 +19,6 @@ namespace tonvane::tests {
 using Rows = std::vector<std::pair<double, double>>;
 Rows RowsOf(const CsvTable& table);
 
-// What a filter file of either shape holds.
-struct FilterRecords {
-    std::vector<int32_t> addresses;
-    std::vector<int32_t> words;
-};
-FilterRecords ParseFilterFile(const std::string& text);
-
-// Expects the response of these words where the golden case has it: within 0.02 dB, 0.01 dB RMS.
-void ExpectGoldenResponse(const std::vector<int32_t>& words, const GoldenCase& golden);
-
 // How a failing test names its case.
 void PrintTo(const GoldenCase& golden, std::ostream* out);
 

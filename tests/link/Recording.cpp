@@ -1,6 +1,6 @@
 #include "link/Recording.h"
 
-#include <cstdio>
+#include <fmt/format.h>
 
 #include "amplifier/RegisterTable.h"
 #include "amplifier/WordBytes.h"
@@ -12,13 +12,7 @@ namespace {
 constexpr std::intptr_t handle = 5;
 
 std::string hex(std::span<const uint8_t> bytes) {
-    std::string text;
-    for (const uint8_t byte : bytes) {
-        char digits[8];
-        std::snprintf(digits, sizeof digits, "%s%02X", text.empty() ? "" : " ", byte);
-        text += digits;
-    }
-    return text;
+    return fmt::format("{:02X}", fmt::join(bytes, " "));
 }
 
 class RecordingTransport : public LinkTransport {

@@ -20,7 +20,9 @@ namespace tonvane {
 namespace {
 
 using testing::AllOf;
+using testing::Each;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using virtualamp::Fault;
 
@@ -88,8 +90,9 @@ struct IdleServer {
 // A link as the commands have it, or as a window has it, with a limit of either.
 template <typename Transport>
 struct Client {
-    Client(uint16_t port, int32_t limit)
-        : link(socket, port, std::make_unique<Transport>(limit)), connection(link.Connect()) {}
+    Client(uint16_t port, int32_t limit) : link(socket, port, std::make_unique<Transport>(limit)) {
+        link.Connect();
+    }
 
     std::vector<uint8_t> read(int32_t reg) {
         std::vector<uint8_t> bytes(static_cast<size_t>(LookUpRegister(reg).length), 9);
@@ -105,7 +108,6 @@ struct Client {
 
     std::intptr_t socket = -1;
     CAmpLink link;
-    CAmpLink::Connection connection;
 };
 using Command = Client<CheckedTcpTransport>;
 using Window = Client<TcpTransport>;
@@ -134,8 +136,7 @@ TEST(TcpLink, AReadOutlivesSignals) {
     static std::atomic<int32_t> caught;
     struct sigaction counting {};
     counting.sa_handler = [](int) { ++caught; };  // without SA_RESTART
-    struct sigaction before {};
-    sigaction(SIGUSR1, &counting, &before);
+    sigaction(SIGUSR1, &counting, nullptr);
     DeskAmplifier desk;
     Command command(desk.port(), longTime);
     command.write(0x29, fiveWords);
@@ -156,7 +157,6 @@ TEST(TcpLink, AReadOutlivesSignals) {
     silence.unlock();
     reader.join();
     EXPECT_EQ(caught, 50);
-    sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {
@@ -167,6 +167,7 @@ TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {
         const char* write;
     } cases[] = {
         {Fault::silent, 20, "answered 0 of 20 bytes within 20 ms", "answered 0 of 1 bytes within"},
+        {Fault::half, 20, "answered 10 of 20 bytes within 20 ms", "answered 0 of 1 bytes within"},
         {Fault::pieces, 10, "20 bytes within 10 ms", ""},
         {Fault::closing, longTime, "closed the connection after 0 of 20 bytes", "closed the"},
         {Fault::surplus, longTime, "sent more than the 20 bytes", "sent more than the 1 bytes"},
@@ -198,22 +199,12 @@ TEST(TcpLink, ACommandDoesNotWaitToBeTakenNorTakesBytesThatItHasNotAskedFor) {
 
 TEST(TcpLink, ACommandIsToldHowMuchOfAListIsWritten) {
     const RegisterWrite writes[] = {{0x70, {1}}, {0x71, {2}}, {0x74, {3}}};
-    const std::pair<int64_t, const char*> cases[] = {
-        {1, "; 0 of 3 registers are written, and the amplifier may be left stopped"},
-        {2, "; 0 of 3 registers are written, and the"},
-        {4, "; 2 of 3 registers are written, and the"},
-        {6, "; 3 of 3 registers are written, and the"},
-        {99, ""},
-    };
-    for (const auto& [after, text] : cases) {
-        DeskAmplifier desk(Fault::closing, after);
-        Command command(desk.port(), longTime);
-        EXPECT_THAT(complaint([&] { WriteInShutdown(command.link, writes); }), HasSubstr(text));
-    }
-    DeskAmplifier desk(Fault::closing, 1);
+    DeskAmplifier desk(Fault::closing, 6);
     Command command(desk.port(), longTime);
+    EXPECT_THAT(complaint([&] { WriteInShutdown(command.link, writes); }),
+                EndsWith("; 3 of 3 registers are written, and the amplifier may be left stopped"));
     EXPECT_THAT(complaint([&] { WriteRegisters(command.link, writes); }),
-                testing::EndsWith("; 1 of 3 registers are written"));
+                EndsWith("; 0 of 3 registers are written"));
 }
 
 TEST(TcpLink, AWindowGoesOnWithAShortReplyAndDropsWhatIsLeftOfALongOne) {
@@ -228,28 +219,15 @@ TEST(TcpLink, AWindowGoesOnWithAShortReplyAndDropsWhatIsLeftOfALongOne) {
 }
 
 TEST(TcpLink, ALostServerIsToldToACommandAndNeverToAWindow) {
-    DeskAmplifier desk(Fault::half, 1);
+    DeskAmplifier desk;
     Window window(desk.port(), longTime);
-    Command command(desk.port(), longTime);
-    window.write(0x3B, fiveWords);
-    std::thread windowReader(
-        [&] { EXPECT_THAT(window.read(0x3B), ElementsAre(1, 2, 3, 4, 0, 0, 0, 0)); });
-    std::thread commandReader([&] {
-        EXPECT_THAT(complaint([&] { command.read(0x3B); }),
-                    HasSubstr("closed the connection after 4 of 8 bytes"));
-    });
-    desk.await(3);
     desk.stop();
-    windowReader.join();
-    commandReader.join();
-    window.write(0x3B, fiveWords);
-    window.link.EnterShutdown();
+    EXPECT_THAT(window.read(0x3B), Each(0));
     EXPECT_EQ(window.link.Connect(), CAmpLink::Connection::refused);
-    EXPECT_NE(window.socket, -1);
-    EXPECT_THAT(window.read(0x3B), testing::Each(0));  // on a socket that is not connected
+    EXPECT_THAT(window.read(0x3B), Each(0));  // on a socket that is not connected
     EXPECT_THAT(
         complaint([&] { Command(desk.port(), longTime); }),
-        HasSubstr("no link server answers at 127.0.0.1, port " + std::to_string(desk.port())));
+        EndsWith("no link server answers at 127.0.0.1, port " + std::to_string(desk.port())));
 }
 
 }  // namespace

@@ -9,15 +9,6 @@
 namespace tonvane {
 namespace {
 
-using testing::ElementsAre;
-
-struct News : StreamNotify {
-    void postCaptureDone(bool /*complete*/) override {}
-    void postStatus() override {}
-    void showError(const std::string& text) override { errors.push_back(text); }
-    std::vector<std::string> errors;
-};
-
 // The numbers of the frames that it is given, from the left channel.
 struct FrameNumbers : CDspStream {
     bool Open() override { return inputBuffer.Allocate(inputFormat.channels, 256, true); }
@@ -38,7 +29,6 @@ class InputFile : public testing::Test {
     void open(int32_t frames, uint32_t channels = 2, CDspStream* next = nullptr) {
         const std::string path =
             folder.write("in.wav", tests::CountingWave(1000, channels, frames));
-        status.notifyWindow = &news;
         stage.next = next == nullptr ? &sink : next;
         ASSERT_TRUE(stage.Load(path.c_str()));
         ASSERT_TRUE(stage.Reopen());
@@ -46,7 +36,6 @@ class InputFile : public testing::Test {
 
     tests::TemporaryFolder folder;
     StreamStatus status;
-    News news;
     CInputWaveFileStream stage{status};
     FrameNumbers sink;
 };
@@ -73,17 +62,6 @@ TEST_F(InputFile, AFileOfWholeBlocksEndsAndAnyOtherGoesOnFromItsStart) {
     }
 }
 
-TEST_F(InputFile, PlayedOnceEveryFileEndsInSilence) {
-    open(300);
-    stage.once = true;
-    EXPECT_TRUE(stage.ReadBlock());
-    EXPECT_FALSE(stage.ReadBlock());
-    EXPECT_EQ(sink.heard.at(299), 300);
-    EXPECT_EQ(sink.heard.at(300), 0);
-    stage.RequestSeek(99.0);
-    EXPECT_FALSE(stage.ReadBlock());
-}
-
 TEST_F(InputFile, TheNewestSeekIsServedWithTheNextBlock) {
     open(1024);
     EXPECT_TRUE(stage.ReadBlock());
@@ -98,17 +76,6 @@ TEST_F(InputFile, TheNewestSeekIsServedWithTheNextBlock) {
         EXPECT_TRUE(stage.ReadBlock());
         EXPECT_EQ(sink.lastBlock().first, first) << target;
     }
-}
-
-TEST_F(InputFile, AFileThatHasGoneIsToldOf) {
-    open(256);
-    stage.CloseChain();
-    stage.path = folder / "gone.wav";
-    EXPECT_FALSE(stage.Reopen());
-    EXPECT_THAT(news.errors, ElementsAre("Failed to open \"" + stage.path + "\""));
-    EXPECT_FALSE(stage.Load(stage.path.c_str()));
-    EXPECT_EQ(stage.format.sampleRate, 0);
-    EXPECT_EQ(stage.DurationSeconds(), 0.0);
 }
 
 // The head says what it was told, and the samples are those of the blocks.

@@ -27,7 +27,8 @@ class Desk(contextlib.ExitStack):
         self.screen, self.folder = screen, folder
         self.environment = {
             "DISPLAY": screen.name, "HOME": str(folder), "XDG_STATE_HOME": f"{folder}/state",
-            "XDG_RUNTIME_DIR": str(folder), "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion"}
+            "XDG_RUNTIME_DIR": str(folder), "JACK_DEFAULT_SERVER": "nobody's",
+            "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion"}
 
     def start(self, *arguments, first=None):
         """Starts the program; its first window has the keyboard then."""

@@ -1,8 +1,6 @@
 """Audio servers without hardware, private to a test; whether this machine keeps up with them, and
 how good a measurement on them is."""
 
-import cmath
-import math
 import os
 import struct
 import threading
@@ -11,7 +9,7 @@ from pathlib import Path
 
 import pytest
 
-from programs import Running, run, until
+from programs import Running, good, run, until
 
 JACK_PERIOD = 8192  # frames: a long one leaves a busy machine its time
 
@@ -37,11 +35,10 @@ def pulse(monkeypatch, tmp_path):
     for name in ("XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH", "PULSE_STATE_PATH", "PULSE_CONFIG_PATH",
                  "HOME"):
         monkeypatch.setenv(name, str(tmp_path))
-    monkeypatch.setenv("PULSE_COOKIE", f"{tmp_path}/cookie")
-    monkeypatch.setenv("PULSE_SERVER", f"unix:{tmp_path}/native")
-    monkeypatch.setenv("PULSE_SINK", "loop")
-    monkeypatch.setenv("PULSE_SOURCE", "loop.monitor")
-    monkeypatch.setenv("ALSA_CONFIG_PATH", f"{tmp_path}/asound.conf")
+    for name, value in {"PULSE_COOKIE": f"{tmp_path}/cookie", "PULSE_SINK": "loop",
+                        "PULSE_SERVER": f"unix:{tmp_path}/native", "PULSE_SOURCE": "loop.monitor",
+                        "ALSA_CONFIG_PATH": f"{tmp_path}/asound.conf"}.items():
+        monkeypatch.setenv(name, value)
     (tmp_path / "asound.conf").write_text(
         "</usr/share/alsa/alsa.conf>\npcm.!default { type pulse }\nctl.!default { type pulse }\n")
     with Running("pulseaudio", "-n", "--system=false", "--daemonize=no", "--use-pid-file=no",
@@ -53,20 +50,19 @@ def pulse(monkeypatch, tmp_path):
         yield server
 
 
-class WakeWatch:
+class WakeWatch(threading.Thread):
     """How late this machine wakes a thread, in a `with` block."""
 
     def __enter__(self):
         self.latest, self._ended = 0.0, threading.Event()
-        self._thread = threading.Thread(target=self._watch)
-        self._thread.start()
+        self.start()
         return self
 
     def __exit__(self, *_):
         self._ended.set()
-        self._thread.join()
+        self.join()
 
-    def _watch(self):
+    def run(self):
         due = time.monotonic() + 0.002
         while not self._ended.wait(0.002):
             self.latest = max(self.latest, time.monotonic() - due)
@@ -79,20 +75,13 @@ class WakeWatch:
                         f"{1000 * self.latest:.0f} ms late, and the run had gaps")
 
 
-def _spectrum(samples):
-    """The discrete Fourier transform of a power of two of samples."""
-    if len(samples) == 1:
-        return samples
-    even, odd = _spectrum(samples[::2]), _spectrum(samples[1::2])
-    turned = [cmath.rect(1.0, -math.tau * k / len(samples)) * x for k, x in enumerate(odd)]
-    return [a + b for a, b in zip(even, turned)] + [a - b for a, b in zip(even, turned)]
-
-
 def measured(path):
     """Of a measurement of a direct path at 48 kHz: the distance from its level at 1 kHz, 40 Hz to
     20 kHz, in dB, and the sample of its peak."""
+    good("convert", path, "levels.csv")
+    rows = [row.split(",") for row in Path("levels.csv").read_text().splitlines()]
+    levels = {float(hertz): float(level) for hertz, level in rows}
+    reference = min(levels, key=lambda hertz: abs(hertz - 1000))
     samples = struct.unpack("<i32768d", Path(path).read_bytes())[1:]
-    levels = [abs(x) for x in _spectrum(samples)]
-    reference = levels[683]
-    return (max(abs(20 * math.log10(level / reference)) for level in levels[28:13654]),
+    return (max(abs(levels[x] - levels[reference]) for x in levels if 40 <= x <= 20000),
             max(range(32768), key=lambda i: abs(samples[i])))

@@ -30,6 +30,7 @@ def test_files_from_windows_are_taken_as_they_are(folder):
 
 def test_response_with_capitals_is_found_as_it_is_given(folder):
     folder.put("Port44.QSR", GOLDEN / "port44.qsr")
+    (folder / "port44.qsr").mkdir()  # is no file
     folder.put("t.txt", GOLDEN / "warm3.txt")
     expect_reference(folder, "port44", 7, "44100", "Port44.QSR", "qsr", "f.txt", "t.txt")
 

@@ -91,6 +91,7 @@ def test_exports_of_a_design_and_of_its_filter_file_are_read_back_alike(folder):
     sound = (folder / "d.fir-wav").read_bytes()
     assert floats(sound[sound.index(b"data") + 8:]) == pytest.approx(taps, rel=1e-6)
     report = json.loads((folder / "r.json").read_text())
+    assert f"Highest gain {report['highestGain']['db']:.2f} dB" in (folder / "d.apo").read_text()
     for hertz, level in list(zip(report["curves"]["frequencyHz"], report["curves"]["firDb"]))[::50]:
         # The report has the level drop of the gain clamp taken out.
         assert fir_db(taps, hertz, 44100) - report["gainClampDb"] == pytest.approx(level, abs=1e-6)

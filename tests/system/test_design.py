@@ -27,6 +27,10 @@ def test_filter_and_report_are_the_references(folder):
     assert addresses == [0x29, 0x2A, 0x2B, 0x2C, 0x2D, 0x2E, 0x30]
     assert (folder / "f.txt").read_text().count("\n") == 7
     case.expect(words)
+    good("design", GOLDEN / case.response, "--target", GOLDEN / case.target, "-o", "l.txt",
+         "--fit", "iterated", "--solver", "lapack")
+    case.expect(read_filters("l.txt")[1])
+    assert read_filters("l.txt")[1] != words
 
     expected = {key: figures[key] for key in (
         "delaySamples", "polarity", "cutoffHz", "gainClampDb", "wrappedCoefficients")} | {
@@ -51,6 +55,8 @@ def test_filter_and_report_are_the_references(folder):
     assert curves["filterDb"] == pytest.approx(encoded, abs=1e-9)
     assert len(curves["targetDb"]) == len(curves["measuredDb"]) == len(encoded)
     assert report["highestGain"]["db"] > max(encoded) - 1e-3
+    assert report["quantisation"]["largestHz"] == max(
+        zip(map(abs, off), curves["frequencyHz"]))[1]
     assert report["quantisation"]["largestDb"] == pytest.approx(max(map(abs, off)), abs=1e-9)
     assert report["quantisation"]["rmsDb"] == pytest.approx(
         math.sqrt(sum(x * x for x in off) / len(off)), abs=1e-9)
@@ -110,7 +116,12 @@ def test_pages_and_pictures_are_of_the_design_that_is_asked_for(folder):
     text = "".join(ElementTree.fromstring(page).itertext())
     for part in speaker, "warm3.txt", "f.txt", "-4 dB":
         assert part in text
-    assert picture[picture.index("<svg"):] in page
+    drawing = picture[picture.index("<svg"):]
+    assert drawing in page
+    assert not re.search("<script|http|src=|href=|url[(]|@import|>nan", page.replace(drawing, ""))
+    good("design", speaker, "-o", "f.txt", "--report", "w.html", "--gain-clamp", 0)
+    warned = (folder / "w.html").read_text()
+    assert warned.index("Look at this before shipping") < warned.index("<svg")
     good("plot", speaker, "-o", "p.svg", *options)
     assert (folder / "p.svg").read_text() == picture
 
@@ -127,7 +138,7 @@ def test_picture_has_the_kind_size_and_curves_that_are_asked_for(folder):
             assert (image.format, image.size) == ("PNG", size)
     assert plot("p.pdf").startswith(b"%PDF-")
     usual = plot("u.svg")
-    assert plot("c.svg", "--caption", "\udcff another") != usual
+    assert plot("c.svg", "--caption", "\udcff another") != usual != plot("c.svg", "--caption", "")
     assert b'width="750px" height="300px"' in plot("a.svg", "--show", "all")
     for curves, red, blue in (("biquads", True, False), ("measured,target", False, True),
                               ("target,measured,biquads", True, True)):

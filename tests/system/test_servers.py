@@ -1,11 +1,12 @@
 """The devices on real audio servers without hardware, in real time: what is played is captured."""
 
 import random
+import signal
 from pathlib import Path
 
 import pytest
 
-from programs import Running, cli, run, until
+from programs import LIMIT, Running, cli, run, until
 from servers import JACK_PERIOD, WakeWatch, measured
 
 pytest_plugins = ["servers"]
@@ -72,14 +73,32 @@ def test_server_that_ends_loses_the_device_and_frees_its_workers(folder, request
         until(lambda: "lost 1\n" in program.output(), program)
 
 
-@pytest.mark.parametrize("device, rate, reason", [
-    ("jack:speaker", 44100, "Sample rate 44100 Hz is not supported: "
-                            "the JACK server runs at 48000 Hz"),
-    ("alsa:no such PCM", 48000, 'Cannot open the ALSA device "no such PCM" for capture: '
-                                "No such file or directory")])
-def test_what_is_not_there_is_refused(folder, jack, device, rate, reason):
+@pytest.mark.parametrize("server, device", [("jack", "jack:speaker"), ("pulse", "alsa")])
+@pytest.mark.parametrize("moment, limit, code, words", [
+    ("before", 1, 1, "does not answer\n"), ("while", 10, 1, "the device has stopped delivering\n"),
+    ("while", 600, 130, "interrupted\n")])
+def test_frozen_server_is_given_up(folder, request, server, device, moment, limit, code, words):
+    frozen = request.getfixturevalue(server).process
+    if moment == "before":
+        frozen.send_signal(signal.SIGSTOP)
+    try:
+        with Running("tonvane-cli", "measure", "--device", device, "-o", "out.qsr", "--timeout",
+                     limit) as program:
+            if moment == "while":
+                until(lambda: "Measuring: 25 %" in program.output(), program)
+                frozen.send_signal(signal.SIGSTOP)
+            if code == 130:
+                program.process.send_signal(signal.SIGINT)
+            assert program.process.wait(LIMIT) == code
+            assert program.output().endswith(words)
+    finally:
+        frozen.send_signal(signal.SIGCONT)
+
+
+def test_rate_that_the_server_does_not_have_is_refused(folder, jack):
     folder.put("in", "")
-    assert run("device-probe", device, rate, 2, "in", "out", 0).out == f"refused: {reason}\n"
+    assert run("device-probe", "jack:speaker", 44100, 2, "in", "out", 0).out == (
+        "refused: Sample rate 44100 Hz is not supported: the JACK server runs at 48000 Hz\n")
 
 
 def test_devices_are_those_that_are_there_and_no_server_is_started(jack):

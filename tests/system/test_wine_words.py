@@ -5,7 +5,7 @@ from pathlib import Path
 import pytest
 
 from programs import EXAMPLES, GOLDEN, GOLDEN_CASES, good, read_filters, wav
-from wine import wine
+from wine import built, windows_name, wine
 
 pytest_plugins = ["wine"]
 
@@ -37,6 +37,17 @@ def test_words_of_a_batch_start_are_those_of_linux(folder, name):
 def test_words_of_the_examples_are_those_of_linux(folder, response, target):
     folder.put("t.txt", EXAMPLES / target)
     expect_same("design", EXAMPLES / response, "--target", "t.txt", "-o", "f.txt")
+
+
+@pytest.mark.parametrize("line, filters", [
+    ("-cmd 48000 response  csv f.txt", "csv"),  # an empty word between two blanks
+    ('-cmd "48000\\" response csv f.txt', "f.txt"),
+    ('-cmd 48000 response csv xf.txt"', "f.txt")])
+def test_command_line_of_a_calling_tool_is_taken_as_it_stands(folder, line, filters):
+    folder.put("response", GOLDEN / "logspaced.csv")
+    folder.put("run.bat", f'@"{windows_name(built("tonvane-cli.exe"))}" {line}\r\n')
+    assert wine("cmd", "/c", "run.bat").code == 0
+    assert len(read_filters(filters)[1]) == 35
 
 
 def test_names_of_files_may_have_any_letters(folder):

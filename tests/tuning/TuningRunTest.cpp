@@ -136,7 +136,8 @@ TEST_P(GoldenRun, FitsLikeTheReferenceByEitherSolver) {
         run->iirFitter.solver = solver;
         run->RunDesign();
         const std::vector<int32_t>& words = run->iirFitter.coefficientWords;
-        tests::ExpectGoldenResponse(words, GetParam());
+        EXPECT_THAT(CascadeResponseDb(words, listed("gridHz"), figures["measuringRate"]),
+                    Pointwise(DoubleNear(0.02), listed("cascadeDb")));
         EXPECT_TRUE(HasPlainlyUsableWords(run->iirFitter));
         for (size_t i = 0; i < 35; ++i) {
             EXPECT_EQ(words[i] & ~coefficientMask, 0);
@@ -160,23 +161,6 @@ TEST_F(TuningRunTest, DesignsAtTheFilesRateAndFitsAtItsOwn) {
                 testing::Each(96000));
 }
 
-TEST_F(TuningRunTest, RefinedFilterIsTheOneThatIsShownPredictedAndSent) {
-    tests::SetGoldenValues(tests::GoldenCases()[1], values);
-    values.fitMethod = FitMethod::refined;
-    start();
-    ASSERT_TRUE(run->refinedFit);
-    EXPECT_EQ(run->designedSections().data(), run->refinedFit->words.data());
-    const ResponseAnalyzer& analyzer = run->responseAnalyzer;
-    for (const int32_t i : {10, 100, 1500}) {
-        const std::vector hertz{i * 44100.0 / designLength};
-        const double level = CascadeResponseDb(run->designedSections(), hertz, 44100)[0];
-        const auto through = analyzer.iirPrediction()[8 * i] / analyzer.response.spectrum[8 * i];
-        EXPECT_NEAR(20.0 * std::log10(std::abs(through)), level, 0.01);
-        EXPECT_NEAR(20.0 * std::log10(std::abs(run->fittedCurve()[i])), level + run->gainClampDb(),
-                    0.01);
-    }
-}
-
 TEST_F(TuningRunTest, AMovedTargetGivesWhatAFreshRunGivesAndAnotherResponseSomethingElse) {
     tests::SetGoldenValues(tests::GoldenCases()[0], values);
     start();
@@ -192,6 +176,23 @@ TEST_F(TuningRunTest, AMovedTargetGivesWhatAFreshRunGivesAndAnotherResponseSomet
     run->takeImpulse(48000, tests::Noise(responseLength));
     run->RunDesign();
     EXPECT_NE(run->iirFitter.coefficientWords, moved);
+}
+
+TEST_F(TuningRunTest, RefinedFilterIsTheOneThatIsShownPredictedAndSent) {
+    tests::SetGoldenValues(tests::GoldenCases()[1], values);
+    values.fitMethod = FitMethod::refined;
+    start();
+    ASSERT_TRUE(run->refinedFit);
+    EXPECT_EQ(run->designedSections().data(), run->refinedFit->words.data());
+    const ResponseAnalyzer& analyzer = run->responseAnalyzer;
+    for (const int32_t i : {10, 100, 1500}) {
+        const std::vector hertz{i * 44100.0 / designLength};
+        const double level = CascadeResponseDb(run->designedSections(), hertz, 44100)[0];
+        const auto through = analyzer.iirPrediction()[8 * i] / analyzer.response.spectrum[8 * i];
+        EXPECT_NEAR(20.0 * std::log10(std::abs(through)), level, 0.01);
+        EXPECT_NEAR(20.0 * std::log10(std::abs(run->fittedCurve()[i])), level + run->gainClampDb(),
+                    0.01);
+    }
 }
 
 TEST_F(TuningRunTest, WarnsOfAFilterThatCannotBeUsed) {

@@ -180,7 +180,9 @@ TEST_F(Player, AMeasurementThroughADeviceBecomesTheResponseAndItsFile) {
     values.ResponseIsCsv = false;
     start();
     host.press(measure);
-    EXPECT_FALSE(control(measure).enabled);
+    EXPECT_FALSE(control(measure).enabled || control(path).enabled);
+    EXPECT_THAT(usable(200, 200), IsEmpty());
+    EXPECT_EQ(control(play).text, "||");
     host.await(message::captureDone);
     EXPECT_TRUE(control(measure).enabled);
     EXPECT_EQ(control(status1).text, "");

@@ -41,12 +41,15 @@ class Panel : public tests::DialogDesk {
 
 TEST_F(Panel, LinkControlsFollowTheConnection) {
     const auto onLink = [&] { return usable(connect, linkLast); };
-    EXPECT_THAT(onLink(), ElementsAre(connect));
+    link.opens = false;
+    EXPECT_THAT(press(connect), ElementsAre("open"));
+    EXPECT_EQ(control(status2).text, "");
+    link.opens = true;
     link.connects = false;
     EXPECT_THAT(press(connect), ElementsAre("open", "connect 20000"));
     EXPECT_THAT(onLink(), ElementsAre(connect));
     EXPECT_EQ(control(status2).text, "Failed to connect");
-    EXPECT_EQ(host.posts, 2);
+    EXPECT_EQ(host.posts, 3);
 
     link.connects = true;
     link.replies = {0x6C};
@@ -58,11 +61,6 @@ TEST_F(Panel, LinkControlsFollowTheConnection) {
     EXPECT_EQ(wordTexts(), "6C    ");
     press(term);
     EXPECT_THAT(onLink(), ElementsAre(connect));
-    control(status2).text = "old";
-    link.opens = false;
-    EXPECT_THAT(press(connect), ElementsAre("open"));
-    EXPECT_THAT(onLink(), ElementsAre(connect));
-    EXPECT_EQ(control(status2).text, "");
     EXPECT_THAT(usable(drcBoxFirst, crossover), testing::SizeIs(9));
 }
 
@@ -103,10 +101,8 @@ TEST_F(Panel, ASendTakesTheAcceptedTexts) {
         const char *typed, *shown, *frame;
     } cases[] = {
         {"800000", "800000", "01 46 04 00 80 00 00"},
-        {"1", "1", "01 46 04 00 00 00 01"},
-        {"", "1", "01 46 04 00 00 00 01"},
-        {"123456789", "1", "01 46 04 00 00 00 01"},
-        {"12G", "1", "01 46 04 00 00 00 01"},
+        {"1", "1", "01 46 04 00 00 00 01"},         {"", "1", "01 46 04 00 00 00 01"},
+        {"123456789", "1", "01 46 04 00 00 00 01"}, {"12G", "1", "01 46 04 00 00 00 01"},
         {"ffFFffFF", "ffFFffFF", "01 46 04 FF FF FF FF"},
     };
     for (const auto& c : cases) {
@@ -231,6 +227,8 @@ TEST_F(Panel, ADumpWritesALineForEachRegister) {
     host.take();
     press(dump);  // cancelled
     EXPECT_THAT(host.take(), ElementsAre("open dat file (*.dat) *.dat dat"));
+    host.chosenFiles = {folder / "none/dump.dat"};
+    EXPECT_THAT(press(dump), IsEmpty());
     host.chosenFiles = {folder / "dump.dat"};
     link.replies = {0x12};
     EXPECT_EQ(press(dump).front(), "00 00 01");

@@ -113,6 +113,10 @@ void design(const DesignOptions& options) {
     if (!options.plot.output.empty()) {
         CheckPictureOptions(options.plot);
     }
+    if (options.request.solver != FitSolver::lattice &&
+        options.request.fit != FitName(FitMethod::iterated)) {
+        throw InputError("--solver", "is for the iterated fit: give --fit iterated as well");
+    }
     const RegisterAddressConfig addresses = readAddresses(options);
     const auto finished = DesignResponse(options.request);
     const std::string filters =
@@ -161,8 +165,8 @@ void AddDesignCommand(Command& program) {
     command
         .option(
             "--solver", options->solver,
-            "What solves the equations of the fit: lattice, or LAPACK's dgelsd, which takes ten "
-            "times as long and is as close")
+            "What solves the equations of the iterated fit: lattice, or lapack, whose dgelsd takes "
+            "ten times as long and is as close")
         .oneOf(std::vector<std::string>{"lattice", "lapack"});
     command.flag("--program", options->program,
                  "Send the filter to the amplifier through the link server");

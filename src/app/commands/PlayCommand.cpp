@@ -8,7 +8,9 @@
 #include <fmt/core.h>
 
 #include "app/DeviceChoice.h"
+#include "app/DeviceGuard.h"
 #include "app/Interruption.h"
+#include "app/Measurement.h"
 #include "app/RunWatch.h"
 #include "app/commands/Commands.h"
 #include "design/DesignGrid.h"
@@ -81,30 +83,21 @@ void openWaveFile(const PlayOptions& options, WavePlayer& player) {
     }
 }
 
-// Prints what it does and leaves the device closed, however it ends. Throws InputError for what
-// cannot be served and Interrupted for Ctrl-C.
-void play(const PlayOptions& options) {
-    InitFftTables(responseLength);
-    const ChosenDevice chosen = ChooseDevice(options.device);
-    const InterruptMark interrupt;
-    RunNews news;
-    MeasurementConfig unused;
-    CEqStream filter;
-    CStreamEngine engine(unused);
-    engine.SetDevice(chosen.device.get());
-    engine.AttachFilter(&filter);
-    engine.status.notifyWindow = &news;
-    engine.inputFile.once = true;
-    WavePlayer player(engine);
+// From the start to the end of the file; the device is still open then.
+void playToTheEnd(const PlayOptions& options, const std::string& device, const RunNews& news,
+                  WavePlayer& player, DeviceGuard& guard) {
+    CStreamEngine& engine = player.engine;
     openWaveFile(options, player);
     engine.inputFile.RequestSeek(options.from);
+    guard.expect(options.device.limit(), device + ": the device does not answer");
     if (!player.Play()) {
         if (!news.error.empty()) {
             throw InputError(options.path, "cannot be opened");
         }
-        throw InputError(chosen.name, "cannot be opened for playing" + reasonOf(*chosen.device));
+        throw InputError(device, "cannot be opened for playing" + reasonOf(*engine.device));
     }
-    std::printf("Playing %s on %s, %s\n", options.path.c_str(), chosen.name.c_str(),
+    guard.rest();
+    std::printf("Playing %s on %s, %s\n", options.path.c_str(), device.c_str(),
                 player.durationText.substr(3).c_str());
     std::fflush(stdout);
     const double duration = engine.inputFile.DurationSeconds();
@@ -114,7 +107,6 @@ void play(const PlayOptions& options) {
         std::chrono::seconds(CStreamEngine::queueFrames / engine.inputFile.format.sampleRate + 1);
     const RunEnd end = WatchRun(engine, news, options.device.limit() + queue,
                                 [&] { line.show(engine.inputFile.PositionSeconds() / duration); });
-    engine.Stop();
     if (end == RunEnd::interrupted) {
         throw Interrupted();
     }
@@ -122,10 +114,37 @@ void play(const PlayOptions& options) {
         throw InputError(options.path, "cannot be read to its end");
     }
     if (end != RunEnd::done) {
-        throw InputError(chosen.name, end == RunEnd::lost ? "the device was lost"
-                                                          : "the device has stopped playing");
+        throw InputError(
+            device, end == RunEnd::lost ? "the device was lost" : "the device has stopped playing");
     }
     line.show(1.0);
+}
+
+// Prints what it does and leaves the device closed, however it ends. Throws InputError for what
+// cannot be served and Interrupted for Ctrl-C; the error is printed ahead of the closing.
+void play(const PlayOptions& options) {
+    InitFftTables(responseLength);
+    const ChosenDevice chosen = ChooseDevice(options.device);
+    const InterruptMark interrupt;
+    DeviceGuard guard(RunLimits::usualClosing);
+    RunNews news;
+    MeasurementConfig unused;
+    CEqStream filter;
+    CStreamEngine engine(unused);
+    engine.SetDevice(chosen.device.get());
+    engine.AttachFilter(&filter);
+    engine.status.notifyWindow = &news;
+    engine.inputFile.once = true;
+    WavePlayer player(engine);
+    try {
+        playToTheEnd(options, chosen.name, news, player, guard);
+        guard.expect(RunLimits::usualClosing, chosen.name + ": the device does not close");
+        engine.Stop();
+        guard.rest();
+    } catch (const std::exception& error) {
+        guard.giveUp(error);
+        throw;
+    }
 }
 
 }  // namespace

@@ -1,7 +1,11 @@
 #include "device/jack/JackClient.h"
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <string_view>
+#include <thread>
 
 #include <jack/jack.h>
 
@@ -10,6 +14,18 @@ namespace tonvane {
 namespace {
 
 constexpr const char* ownName = "tonvane";
+
+// A frozen server takes a new client neither in nor away: it is waited for by a thread that may
+// stay.
+constexpr std::chrono::seconds longestOpening{10};
+
+struct Opening {
+    std::mutex mutex;
+    std::condition_variable changed;
+    JackClient client;
+    bool isOver = false;
+    bool isAbandoned = false;
+};
 
 void beQuiet(const char* /*text*/) {}
 
@@ -54,8 +70,21 @@ void JackCloser::operator()(_jack_client* client) const {
 JackClient OpenJackClient() {
     jack_set_error_function(&beQuiet);
     jack_set_info_function(&beQuiet);
-    jack_status_t status{};
-    return JackClient(jack_client_open(ownName, JackNoStartServer, &status));
+    const auto opening = std::make_shared<Opening>();
+    std::thread([opening] {
+        jack_status_t status{};
+        JackClient client(jack_client_open(ownName, JackNoStartServer, &status));
+        const std::lock_guard lock(opening->mutex);
+        if (!opening->isAbandoned) {
+            opening->client = std::move(client);
+        }
+        opening->isOver = true;
+        opening->changed.notify_all();
+    }).detach();
+    std::unique_lock lock(opening->mutex);
+    opening->isAbandoned =
+        !opening->changed.wait_for(lock, longestOpening, [&] { return opening->isOver; });
+    return std::move(opening->client);
 }
 
 std::vector<JackPair> ListJackPairs(_jack_client* client) {

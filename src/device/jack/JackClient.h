@@ -16,7 +16,7 @@ struct JackCloser {
 using JackClient = std::unique_ptr<_jack_client, JackCloser>;
 
 // A new client of the server that JACK_DEFAULT_SERVER names, or of the default one; null without a
-// server.
+// server, and when it has not answered within ten seconds.
 JackClient OpenJackClient();
 
 // The full names of the audio ports of a client of the server, in their order.

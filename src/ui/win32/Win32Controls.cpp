@@ -25,10 +25,19 @@ LRESULT CALLBACK trackButton(HWND slider, UINT message, WPARAM wParam, LPARAM lP
     return DefSubclassProc(slider, message, wParam, lParam);
 }
 
-// Keeps the wheel away from a control that has not got the keyboard.
+bool isOver(HWND control, LPARAM mouse) {
+    RECT place{};
+    GetWindowRect(control, &place);
+    return PtInRect(&place, {GET_X_LPARAM(mouse), GET_Y_LPARAM(mouse)}) != FALSE;
+}
+
+// Keeps the wheel away from a control that has not got the keyboard and, since some systems send it
+// to whoever has, from one that the mouse is not over. An open list has a window of its own.
 LRESULT CALLBACK ignoreStrayWheel(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
                                   UINT_PTR /*id*/, DWORD_PTR /*data*/) {
-    if (message == WM_MOUSEWHEEL && GetFocus() != control) {
+    if (message == WM_MOUSEWHEEL &&
+        (GetFocus() != control ||
+         (!isOver(control, lParam) && SendMessageW(control, CB_GETDROPPEDSTATE, 0, 0) == FALSE))) {
         return 0;
     }
     if (message == WM_NCDESTROY) {
@@ -48,9 +57,33 @@ LRESULT Win32DialogHost::ask(int id, UINT message, WPARAM wParam, LPARAM lParam)
     return window == nullptr ? 0 : SendMessageW(window, message, wParam, lParam);
 }
 
+// Lets a text have the width that it needs, where the dialog has room for it.
+void Win32DialogHost::widenText(const DialogItem& item) {
+    const HWND window = control(item.id);
+    const std::wstring text = Widen(item.text);
+    const HDC device = GetDC(window);
+    const HGDIOBJ before = SelectObject(device, reinterpret_cast<HFONT>(ask(item.id, WM_GETFONT)));
+    SIZE needed{};
+    GetTextExtentPoint32W(device, text.c_str(), static_cast<int>(text.size()), &needed);
+    SelectObject(device, before);
+    ReleaseDC(window, device);
+    RECT limit{0, 0, RightLimit(*template_, item), 0};
+    MapDialogRect(window_, &limit);
+    const PixelRectangle own = rectangle(item.id);
+    const int width =
+        std::min(static_cast<int>(needed.cx), static_cast<int>(limit.right) - own.left);
+    if (width > own.right - own.left) {
+        SetWindowPos(window, nullptr, 0, 0, width, own.bottom - own.top,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
 void Win32DialogHost::setUpControls() {
     for (const DialogItem& item : template_->items) {
         const HWND window = control(item.id);
+        if (item.kind == ControlKind::text && item.place.width > 0) {
+            widenText(item);
+        }
         if (item.kind == ControlKind::dropList || item.kind == ControlKind::pathList ||
             item.kind == ControlKind::slider) {
             SetWindowSubclass(window, ignoreStrayWheel, wheelSubclass, 0);

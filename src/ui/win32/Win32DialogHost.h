@@ -85,6 +85,7 @@ class Win32DialogHost : public DialogHost {
     bool answer(std::intptr_t result);
     std::optional<std::intptr_t> dispatch(const DialogMessage& m);
     void setUpControls();
+    void widenText(const DialogItem& item);
     [[nodiscard]] HWND control(int id) const;
     LRESULT ask(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
