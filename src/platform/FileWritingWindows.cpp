@@ -56,8 +56,10 @@ HeldSignals::HeldSignals(Interrupts interrupts) : state_(std::make_unique<State>
     }
 }
 
+// The system takes no handler away while one runs, so what waits is let go first.
 HeldSignals::~HeldSignals() {
     if (state_->lock.owns_lock()) {
+        state_->lock.unlock();
         ::SetConsoleCtrlHandler(waitForWriting, FALSE);
     }
 }

@@ -28,15 +28,6 @@ TEST(CommandLine, IsSplitByTheRulesThatCallersRelyOn) {
     }
 }
 
-TEST(CommandLine, IsRebuiltSoThatTheArgumentsComeBack) {
-    for (const Tokens& arguments : {
-             Tokens{"-cmd", "", "a folder/r b.qsr", "", "", "", ""},
-             Tokens{"-cmd", "say \"so", "\"quoted\"", "\"", "a\"b", "tab\t", "\\", "end "},
-         }) {
-        EXPECT_EQ(TokenizeCommandLine(CommandTail(arguments)), arguments);
-    }
-}
-
 TEST(CommandLine, PutsTheFilterFileWhereTheCallerMeansIt) {
     for (const auto& [token, path] : std::vector<std::pair<std::string, std::string>>{
              {R"(.\f.txt)", "/app/f.txt"},

@@ -69,17 +69,14 @@ TEST(AddressFile, IsReadInOnePassOfTwoKeys) {
         int32_t format;
     } cases[] = {
         {"address = " + six + "36\noutput_format = 4\n", 2, 7, 4},
-        {"address = " + six + "36\r\noutput_format = 4\r\n", 2, 7, 4},
         {"\n # 1\tADDRESS\t=0x30, 31,\n32,33,34,35,36 ; Output_Format is = 20", 2, 7, 20},
         {"xDDress=" + six + "36\nXUTPUT_FORMAT=4", 2, 7, 4},
         {"address = " + six + "36,37\noutput_format = 5", 2, 7, 20},
         {"address = 30,31,32\n", 1, 3, 20},
         {"address = 30,31,32 ,33\noutput_format = 4", 2, 3, 4},
         {"address = ,31\noutput_format = four", 2, 0, 20},
-        {"output_format = 4\n", 0, 0, 20},
         {"output_format = 4\naddress = " + six + "36\n", 0, 0, 20},
         {"the address = 30,31\noutput_format = 4", 0, 0, 20},
-        {"address 30,31", 0, 0, 20},
         {"", 0, 0, 20},
     };
     const tests::TemporaryFolder folder;
