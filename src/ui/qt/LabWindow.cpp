@@ -55,6 +55,7 @@ LabWindow::LabWindow() : DialogWindow(false) {
     setWindowTitle("Tonvane Lab");
     auto* plot = MakeChild<PlotWidget>(this);
     host().setPlot(plot);
+    host().add(controls::plotPlace, plot);
     plot->setMinimumHeight(200);
     plot->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 
