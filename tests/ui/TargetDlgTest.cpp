@@ -1,7 +1,6 @@
 // The dialog at work: targets, rates, curves, parameters and responses as a person changes them.
 #include <filesystem>
 #include <functional>
-#include <numeric>
 
 #include "tuning/RecordingMessages.h"
 #include "ui/DialogDesk.h"
@@ -48,108 +47,72 @@ TEST_F(TargetDlg, ADraggedKnotRedrawsWhileItMovesAndDesignsWhenItIsLetGo) {
     EXPECT_EQ(run().curves[0], values.DefaultTargetCurve);
 }
 
-class LiveDlg : public tests::DialogDesk {
-  protected:
-    LiveDlg() {
-        setGolden(0);
-        values.fitMethod = FitMethod::refined;
-        values.followsMouse = true;
-        start();
-        host.press(connect);
-        host.click(biq);
-        host.controls[liveAmplifier] = {};
-        link.take();
+TEST_F(TargetDlg, TheFilterFollowsTheMouseAndWhatThatLeavesIsADesign) {
+    setGolden(0);
+    values.fitMethod = FitMethod::refined;
+    values.followsMouse = true;
+    start();
+    host.controls[liveAmplifier] = {};
+    for (const int id : {connect, biq, showWeight}) {
+        host.click(id);
     }
-    void onGain(int code, int gain) {
-        host.send({.message = message::command, .id = gainClamp, .code = code, .lParam = gain});
-    }
-    // Checks that the filter follows moves, and that what their end leaves and sends is a design.
-    void follow(const std::function<void()>& moves, const std::function<void()>& end) {
-        const auto before = levels(run());
+    link.take();
+    CCurveGraphWindow& plot = dialog->plot;
+    const auto drag = [&](Point from, Point to) {
+        plot.OnLeftButtonDown(from);
+        plot.OnMouseMove(onPlot(1300, 8), true);
+        plot.OnMouseMove(to, true);
+    };
+    const auto gain = [&](int code, int index) {
+        host.send({.message = message::command, .id = gainClamp, .code = code, .lParam = index});
+    };
+    const auto frames = [&] { return tests::Bracketed(tests::SectionFrames(0x29, words())); };
+    const auto level = [&] { return std::abs(run().fittedCurve()[111]); };  // at 1301 Hz
+    const std::function<void()> moves[] = {[&] { drag(onPlot(1300, 0), onPlot(1700, -8)); },
+                                           [&] { drag(onPlot(16000, -3), onPlot(1100, -3)); },
+                                           [&] { gain(notifications::hover, 9); }};
+    for (const auto& move : moves) {
+        const double before = level();
         host.redraws = 0;
-        moves();
-        EXPECT_EQ(host.redraws, 0);
+        move();
         host.deliver();
         EXPECT_EQ(host.redraws, 1);
-        EXPECT_THAT(link.take(), testing::IsEmpty());
-        const auto moving = levels(run());
-        moves();  // a step is due when it ends
-        end();
+        EXPECT_TRUE(link.take().empty());
+        const double moving = level();
+        move();  // a step is due at the end
+        plot.dragIndex != -1 ? plot.OnLeftButtonUp() : host.choose(gainClamp, 9);
         host.deliver();
-        ProgramValues fresh = values;
-        fresh.DefaultTargetCurve = run().curves[0];
-        fresh.InitialGainClamp = run().gainIndex;
+        ProgramValues ofFresh = values;
+        ofFresh.DefaultTargetCurve = run().curves[0];
+        ofFresh.InitialGainClamp = run().gainIndex;
         tests::RecordingMessages messages;
-        const auto design = std::make_unique<TuningRun>(fresh, messages);
-        design->InitTuningState();
-        EXPECT_THAT(words(), testing::ElementsAreArray(design->fittedWords()));
-        EXPECT_EQ(link.take(), tests::Bracketed(tests::SectionFrames(0x29, words())));
-        const auto designed = levels(*design);
-        EXPECT_LT(farthest(moving, designed), 0.25 * farthest(before, designed));
+        const auto fresh = std::make_unique<TuningRun>(ofFresh, messages);
+        fresh->InitTuningState();
+        EXPECT_THAT(words(), testing::ElementsAreArray(fresh->fittedWords()));
+        EXPECT_EQ(link.take(), frames());
+        EXPECT_LT(std::abs(moving - level()), 0.1 * std::abs(before - level()));
     }
-    static std::vector<double> levels(const TuningRun& of) {
-        std::vector<double> levels;
-        for (size_t bin = 10; bin < 850; ++bin) {
-            levels.push_back(20.0 * std::log10(std::abs(of.fittedCurve()[bin])));
-        }
-        return levels;
-    }
-    static double farthest(const std::vector<double>& a, const std::vector<double>& b) {
-        return std::transform_reduce(
-            a.begin(), a.end(), b.begin(), 0.0, [](double x, double y) { return std::max(x, y); },
-            [](double x, double y) { return std::abs(x - y); });
-    }
-};
-
-TEST_F(LiveDlg, TheFilterFollowsTheMouseAndWhatThatLeavesIsADesign) {
-    const auto drag = [&](Point from, Point to) {
-        follow(
-            [&] {
-                dialog->plot.OnLeftButtonDown(from);
-                dialog->plot.OnMouseMove(onPlot(1300, 8), true);
-                dialog->plot.OnMouseMove(to, true);
-            },
-            [&] { dialog->plot.OnLeftButtonUp(); });
-    };
-    drag(onPlot(1300, 0), onPlot(1700, -8));
-    host.click(showWeight);
-    drag(onPlot(16000, -3), onPlot(6000, -3));
-    const auto hoverTo = [&](int gain) {
-        return [this, gain] {
-            onGain(notifications::hover, 9);
-            onGain(notifications::hover, gain);
-        };
-    };
-    follow(hoverTo(3), [&] { host.choose(gainClamp, 3); });
     const auto chosen = words();
-    hoverTo(12)();
+    gain(notifications::hover, 12);
     host.deliver();
     EXPECT_NE(words(), chosen);
-    onGain(notifications::closeUp, 0);
+    gain(notifications::closeUp, 0);
     EXPECT_EQ(words(), chosen);
-}
 
-TEST_F(LiveDlg, TheAmplifierFollowsAtMostTenTimesASecondWhenThatIsSwitchedOn) {
+    link.take();
     host.click(liveAmplifier);
-    dialog->plot.OnLeftButtonDown(onPlot(1300, 0));
-    size_t times = 0;
-    const auto isProgrammed = [&] {
-        const auto frames = link.take();
-        EXPECT_TRUE(frames.empty() ||
-                    frames == tests::Bracketed(tests::SectionFrames(0x29, words())));
-        return !frames.empty();
-    };
-    for (int i = 0; i < 50; ++i, host.time += std::chrono::milliseconds(20)) {
-        dialog->plot.OnMouseMove(onPlot(1700, -i / 5), true);
+    for (int i = 0, times = 0; i < 50; ++i, host.time += std::chrono::milliseconds(20)) {
+        drag(plot.dragIndex == -1 ? onPlot(1700, -8) : Point{}, onPlot(1700, -i / 5.0));
         host.deliver();
-        times += isProgrammed() ? 1 : 0;
+        const auto sent = link.take();
+        EXPECT_TRUE(sent.empty() || sent == frames());
+        times += sent.empty() ? 0 : 1;
+        EXPECT_EQ(times, 1 + i / 5);
     }
-    EXPECT_EQ(times, 10U);
-    for (const bool isThere : {true, false}) {  // the last move, when there is time
-        EXPECT_EQ(host.timerMs > 0, isThere);
-        host.tell({.message = message::timer, .id = LiveDesign::timer});
-        EXPECT_EQ(isProgrammed(), isThere);
-    }
+    EXPECT_GT(host.timerMs, 0);  // for the last move, which came too early
+    host.tell({.message = message::timer, .id = LiveDesign::timer});
+    EXPECT_EQ(link.take(), frames());
+    EXPECT_EQ(host.timerMs, 0);
 }
 
 TEST_F(TargetDlg, UndoGoesBackToTheCurveThatWasEdited) {
