@@ -24,13 +24,16 @@ std::atomic<bool> failNext{false};
 }  // namespace
 
 // The library makes the other forms of these.
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++allocations;
-    void* memory = failNext.exchange(false) ? nullptr : std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
+    return failNext.exchange(false) ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow)) {
+        return memory;
     }
-    return memory;
+    throw std::bad_alloc();
 }
 
 void operator delete(void* memory) noexcept {
