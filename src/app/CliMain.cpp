@@ -1,4 +1,5 @@
 // tonvane-cli: tuning without a window, for calling tools (-cmd) and for people (commands).
+#include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>

@@ -147,6 +147,7 @@ std::string charts(const DesignReport& report) {
         {"equalized by the words", "#1565c0", false, sum(curves.measured, curves.filter)},
         {"target", "#c62828", true, curves.target}};
     const std::vector<ChartCurve> equalizer{{"words", "#1565c0", false, curves.filter},
+                                            {"wanted", "#2e7d32", true, curves.wanted},
                                             {"FIR", "#e08a00", true, curves.fir}};
     return "<h2>The loudspeaker</h2>" + SvgChart(curves.frequency, speaker) +
            "<h2>The equalizer</h2>" + SvgChart(curves.frequency, equalizer) +

@@ -18,8 +18,8 @@ struct LevenbergMemory {
 // Brings the model into the grid's box and takes at most `steps` steps towards a smaller cost. Ends
 // when a step gains less than `tolerance` of the cost or none gains at all. Returns the cost, which
 // is never above that of the model as it came, once in the box. Parameters on their bound are left
-// out while the
-// gradient points outside; no step moves a frequency or damping by more than 1.
+// out while the cost falls towards the outside; no step moves a frequency or damping by more
+// than 1.
 double Improve(PairModel& model, const FitGrid& grid, int32_t steps, double tolerance,
                LevenbergMemory& memory);
 

@@ -141,7 +141,7 @@ std::optional<RefinedFit> RefinedFitter::fit(const WantedCorrection& wanted) {
 
 std::optional<RefinedFit> RefinedFitter::fitNoWorse(const WantedCorrection& wanted,
                                                     std::span<const int32_t> others) {
-    const std::optional<RefinedFit> found = fit(wanted);
+    std::optional<RefinedFit> found = fit(wanted);
     if (LargestPoleRadius(others) >= 1.0 || !prepare(wanted)) {
         return found;
     }

@@ -127,19 +127,6 @@ TEST_F(Analyzer, RangeHoldsZeroAndNonsenseRatesGiveFigures) {
     }
 }
 
-TEST_F(Analyzer, MagnitudesLeaveTheFiguresAsResetDid) {
-    ResponseAnalyzer analyzer = analyzed({{200, -1.0}});
-    analyzer.reset();
-    std::vector<double> magnitudes(n / 2 + 1, 1.0);
-    magnitudes[8192] = 3.0;  // the last bin of the lower half, which is looked at
-    magnitudes[8193] = 4.0;
-    analyzer.loadMagnitudes(44100, n, magnitudes);
-    EXPECT_EQ(analyzer.polarity(), 0);
-    EXPECT_EQ(analyzer.delaySamples, 0);
-    EXPECT_EQ(analyzer.cutoffHz(), 80);
-    EXPECT_EQ(analyzer.timeMax, 3.0);
-}
-
 // Also those of a second design.
 TEST_F(Analyzer, PredictionsAreTheResponseTimesTheFilterWithoutItsLevelDrop) {
     ResponseAnalyzer analyzer = analyzed({{5, 2.0}});

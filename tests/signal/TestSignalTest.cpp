@@ -116,7 +116,7 @@ std::vector<double> capturedPeriods(std::span<const double> x, int32_t at, int32
     std::vector<double> captured = tests::Noise(5 * n);
     for (int32_t i = 0; i < 5 * n; ++i) {
         const int32_t t = i < at ? i : i + lost;
-        captured[i] = played(t) + echo * played(t - 1500) + noise * captured[i];
+        captured[i] = played(t) + echo * played(t - 2100) + noise * captured[i];
     }
     return captured;
 }
@@ -132,7 +132,7 @@ TEST_F(TestSignal, AShiftAnywhereInTheCapturedPeriodsIsFoundAndNothingElseIsOne)
         EXPECT_EQ(shiftOf(capturedPeriods(x, 70000, lost, 0.5, 0.05)), std::abs(lost));
     }
     for (const double echo : {0.0, 0.2, 0.3, 1.0, 3.0, 5.0, -2.0}) {
-        EXPECT_EQ(shiftOf(capturedPeriods(x, 70000, 8, echo, 0.2)), 0) << echo;
+        EXPECT_EQ(shiftOf(capturedPeriods(x, 70000, 8, echo, 0.05)), 0) << echo;
     }
     EXPECT_EQ(shiftOf(std::vector<double>(5 * size_t{32768})) + shiftOf(tests::Noise(163840)), 0);
 }

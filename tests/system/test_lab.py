@@ -66,37 +66,27 @@ def test_keyboard_moves_the_knot_beside_the_clicked_one_and_saves_the_plot(desk)
     assert lines[:2] + lines[4:5] == ["-savedcurve", "-7", "501, 3"]  # -6, 500 Hz, 1 dB before
 
 
-def test_wave_file_plays_from_where_it_is_asked_to_pauses_and_stops(panel):
+def test_wave_file_plays_from_where_it_is_asked_to_and_stops(panel):
     size = 2_000_000_000  # of a file with holes, which plays long enough even without hardware
     head = bytearray(wav(96000, [], channels=2))
     head[4:8], head[40:44] = struct.pack("<I", 36 + size), struct.pack("<I", size)
     Path("long.wav").write_bytes(head)
     os.truncate("long.wav", len(head) + size)
 
-    def sign():
-        return panel.look(1002, inside=30)
-
     def time_after(before):
         panel.until(lambda: panel.look(1005) != before)
         return panel.look(1005)
-
-    def play_or_pause():
-        panel.press(1002)
-        panel.screen.keys("Tab")  # the button looks as without the keyboard again
 
     panel.start()
     panel.pick(DEVICES, *LOOPBACK)
     no_time = panel.look(1005)
     panel.press(4000)
     panel.choose_file("Open", panel.folder / "long.wav")
-    start, idle = time_after(no_time), sign()
+    start = time_after(no_time)
     panel.press((1004, 0.75))
     chosen = time_after(start)
-    play_or_pause()
+    panel.press(1002)
     time_after(chosen)
-    assert sign() != idle
-    play_or_pause()
-    panel.until(lambda: sign() == idle)
     panel.press(1003)
     panel.until(lambda: panel.look(1005) == start)
     panel.press(8)

@@ -54,6 +54,13 @@ class Display : public testing::Test {
         }
         return result;
     }
+    // Of a curve that is drawn alone.
+    std::vector<Segment> strokesOf(int32_t ShownCurves::*curve) {
+        ShownCurves one{0, 0, 0, 0, 0, 0, 0, 0};
+        one.*curve = 1;
+        drawn(one);
+        return canvas.lastLines();
+    }
 
     ProgramValues values;
     tests::RecordingMessages messages;
@@ -64,7 +71,6 @@ class Display : public testing::Test {
 };
 
 constexpr ShownCurves allCurves{1, 1, 1, 1, 1, 1, 1, 1};
-constexpr ShownCurves noCurves{0, 0, 0, 0, 0, 0, 0, 0};
 
 TEST_F(Display, DrawsWhatThereIsInItsOrderAndColours) {
     start("small48.qsr");
@@ -73,9 +79,7 @@ TEST_F(Display, DrawsWhatThereIsInItsOrderAndColours) {
                             "FF008F 2", "80C000 2", "FFFFFF", "FFFFFF", "FFFFFF", "FFFFFF",
                             "FFFFFF", "FFFFFF", "FFFFFF", "80C000", "80C000"));
     // Undetermined check boxes: the curves without their handles.
-    ShownCurves undetermined = noCurves;
-    undetermined.showTarget = undetermined.showWeight = 2;
-    EXPECT_THAT(drawn(undetermined), ElementsAre("FF008F 2", "80C000 2"));
+    EXPECT_THAT(drawn({0, 0, 2, 2, 0, 0, 0, 0}), ElementsAre("FF008F 2", "80C000 2"));
     run->responseAnalyzer.valid = false;
     EXPECT_THAT(drawn(allCurves), SizeIs(2 + 9));
 
@@ -92,44 +96,39 @@ TEST_F(Display, EachCurveHasTheReferencesLevels) {
     start("small48.qsr");
     plot.Create(canvas, 56 + 20000 + 16, 8 + 5000 + 24);
     const nlohmann::json figures = tests::GoldenFigures(tests::GoldenCases()[0]);
-    const double clampBack = std::pow(10.0, -figures["gainClampDb"].get<double>() / 10.0);
+    const double hertz = figures["measuringRate"].get<double>() / 64.0;
+    const auto power = [&](const std::vector<double>& terms) {
+        std::complex<double> sum;
+        for (size_t n = 0; n < terms.size(); ++n) {
+            sum += std::polar(terms[n], -std::numbers::pi / 32.0 * static_cast<double>(n));
+        }
+        return std::norm(sum);
+    };
     std::vector<double> samples(responseFileSamples);
     int32_t rate = 0;
     ASSERT_TRUE(ReadResponseFile(values.ResponseFilePath, rate, samples));
-    for (const int k : {1, 2}) {  // of every 64th point of the design grid
-        const double hertz = 750.0 * k;
-        const auto power = [&](const std::vector<double>& terms) {
-            std::complex<double> sum;
-            for (size_t n = 0; n < terms.size(); ++n) {
-                sum += std::polar(terms[n],
-                                  -2.0 * std::numbers::pi * hertz / rate * static_cast<double>(n));
-            }
-            return std::norm(sum);
-        };
-        const double response = power(samples);
-        const double fir = power(figures["firTaps"]);
-        const double biquads = power(figures["numerator"]) / power(figures["denominator"]);
-        const double wanted[] = {response,
-                                 response * fir * clampBack,
-                                 response * biquads * clampBack,
-                                 figures["measuredPower_every64"][k],
-                                 fir,
-                                 biquads,
-                                 figures["targetPower_every64"][k],
-                                 figures["passband_every64"][k]};
-        for (const CurveStyle& style : curveStyles) {
-            ShownCurves one = noCurves;
-            one.*style.state = 1;
-            drawn(one);
-            const int32_t column = plot.xAxis.ToPixel(std::log10(hertz));
-            const auto& strokes = canvas.lastLines();
-            const auto stroke = std::ranges::find_if(
-                strokes, [&](const Segment& s) { return s.from.x != column && s.to.x == column; });
-            ASSERT_NE(stroke, strokes.end()) << style.name;
-            EXPECT_NEAR(-40.0 - stroke->to.y / 100.0,
-                        10.0 * std::log10(wanted[&style - curveStyles.data()]), 0.04)
-                << style.name << " at " << hertz;
-        }
+    const double response = power(samples);
+    const double fir = power(figures["firTaps"]);
+    const double biquads = power(figures["numerator"]) / power(figures["denominator"]);
+    const double clampBack = std::pow(10.0, -figures["gainClampDb"].get<double>() / 10.0);
+    const auto inFigures = [&](const char* name) { return figures[name][1].get<double>(); };
+    const double wanted[] = {response,
+                             response * fir * clampBack,
+                             response * biquads * clampBack,
+                             inFigures("measuredPower_every64"),
+                             fir,
+                             biquads,
+                             inFigures("targetPower_every64"),
+                             inFigures("passband_every64")};
+    for (const CurveStyle& style : curveStyles) {
+        const auto strokes = strokesOf(style.state);
+        const int32_t column = plot.xAxis.ToPixel(std::log10(hertz));
+        const auto stroke = std::ranges::find_if(
+            strokes, [&](const Segment& s) { return s.from.x != column && s.to.x == column; });
+        ASSERT_NE(stroke, strokes.end()) << style.name;
+        EXPECT_NEAR(-40.0 - stroke->to.y / 100.0,
+                    10.0 * std::log10(wanted[&style - curveStyles.data()]), 0.04)
+            << style.name;
     }
 }
 
@@ -140,36 +139,21 @@ TEST_F(Display, EachCurveHasItsOwnSpacing) {
     run->measurement.sampleRate = 44100;
     values.SampleRateTable[0] = 32000;
     values.CsvBinSpacing = 1.25;
-    const struct {
-        int32_t ShownCurves::*state;
-        double impulseHz;  // of the last point of an impulse response's curve
-        double tableHz;
-    } cases[] = {
-        {&ShownCurves::showSpec1, 22050.0, 16384 * 1.25},
-        {&ShownCurves::showMixed, 22050.0, 22050.0},
-        {&ShownCurves::showMixed2, 22050.0, 22050.0},
-        {&ShownCurves::showSpec2, 22050.0, 16384 * 1.25},
-        {&ShownCurves::showFilter, 16000.0, 16000.0},
-        {&ShownCurves::showFilter2, 16000.0, 16384 * 1.25 * 32000.0 / 44100.0},
-        {&ShownCurves::showTarget, 22050.0, 22050.0},
-        {&ShownCurves::showWeight, 22050.0, 22050.0},
-    };
-    const auto lastColumn = [&](int32_t ShownCurves::*state, bool isTable) {
-        values.ResponseIsCsv = isTable;
-        ShownCurves one = noCurves;
-        one.*state = 1;
-        drawn(one);
-        return canvas.lastLines().back().to.x;
-    };
-    const auto column = [](double hertz) {
-        return 678.0 * std::log10(hertz / 20.0) / std::log10(100000.0 / 20.0);
-    };
-    for (const auto& c : cases) {
-        EXPECT_NEAR(lastColumn(c.state, false), column(c.impulseHz), 1.0) << c.impulseHz;
-        EXPECT_NEAR(lastColumn(c.state, true), column(c.tableHz), 1.0) << c.tableHz;
+    constexpr double tableHz = 16384 * 1.25;
+    constexpr double impulseEnds[] = {22050, 22050, 22050, 22050, 16000, 16000, 22050, 22050};
+    constexpr double tableEnds[] = {tableHz, 22050, 22050, tableHz, 16000, tableHz * 32000 / 44100,
+                                    22050,   22050};
+    for (const CurveStyle& style : curveStyles) {
+        for (const auto* ends : {impulseEnds, tableEnds}) {
+            values.ResponseIsCsv = ends == tableEnds;
+            const double hertz = ends[&style - curveStyles.data()];
+            EXPECT_NEAR(strokesOf(style.state).back().to.x,
+                        678.0 * std::log10(hertz / 20.0) / std::log10(100000.0 / 20.0), 1.0)
+                << style.name << " to " << hertz;
+        }
     }
     values.CsvBinSpacing = 0.0;  // no table: everything at the left edge
-    EXPECT_LE(lastColumn(&ShownCurves::showSpec2, true), 0);
+    EXPECT_LE(strokesOf(&ShownCurves::showSpec2).back().to.x, 0);
 }
 
 TEST_F(Display, APictureWithoutRoomForItsPlotIsRefused) {

@@ -148,6 +148,7 @@ TEST_F(TargetDlg, ParameterFilesCarryAllCurvesAndTheGainIntoADesign) {
     EXPECT_EQ(std::pair(control(curve).selected, control(gainClamp).selected), std::pair(7, 4));
     EXPECT_EQ(dialog->plot.record, curves[7]);
     host.press(undo);  // what was loaded cannot be taken back
+    host.press(undo);
     EXPECT_EQ(run().curves, curves);
 
     host.chosenFiles = {folder.write("other.txt", "[Global]\nTargetCurveIndex=12\nEqAttn=13\n")};

@@ -104,7 +104,9 @@ std::optional<LRESULT> PlotPane::handle(UINT message, WPARAM wParam, LPARAM lPar
             dialog_->plot.OnLeftButtonDown(mouseAt(lParam));
             return 0;
         case WM_MOUSEMOVE:
-            dialog_->plot.OnMouseMove(mouseAt(lParam), (wParam & MK_LBUTTON) != 0);
+            // A button that goes up elsewhere takes the capture away; what a program outside sends
+            // need not tell of buttons.
+            dialog_->plot.OnMouseMove(mouseAt(lParam), true);
             return 0;
         case WM_LBUTTONUP:
         case WM_CAPTURECHANGED:  // another window has taken the mouse
