@@ -18,7 +18,9 @@ constexpr double fontSize = 11.0;
 
 // A designed run and its plot.
 struct Plot {
-    Plot() : run(std::make_unique<TuningRun>(values, messages)), window(host, kind) {
+    explicit Plot(FitMethod method = FitMethod::iterated)
+        : run(std::make_unique<TuningRun>(values, messages)), window(host, kind) {
+        values.fitMethod = method;
         values.ResponseIsCsv = false;
         values.DefaultTargetCurve = tiltedTarget;
         values.TargetCurveKind = savedCurve;
@@ -71,9 +73,27 @@ void PlotDrag(benchmark::State& state) {
     }
 }
 
+// From a move of the mouse to the filter of the lab that follows it, drawn.
+void LiveStep(benchmark::State& state) {
+    Plot plot(FitMethod::refined);
+    CurveDisplay display(*plot.run, plot.values, plot.window);
+    TuningRun& run = *plot.run;
+    int32_t level = 0;
+    for (auto _ : state) {
+        TargetRecord record = plot.window.record;
+        record.points[2].level = level = (level + 1) % 6;
+        plot.window.SetRecord(record);
+        run.curves[0] = record;
+        run.followMove(savedCurve);
+        display.RedrawCurves();
+        plot.window.Paint(plot.canvas);
+    }
+}
+
 BENCHMARK(PlotGrid)->Unit(benchmark::kMillisecond);
 BENCHMARK(PlotAllCurves)->Unit(benchmark::kMillisecond);
 BENCHMARK(PlotDrag)->Unit(benchmark::kMillisecond);
+BENCHMARK(LiveStep)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tonvane::bench

@@ -20,6 +20,7 @@ int runLab(int argc, char** argv) {
     tonvane::WindowOptions options;
     options.simulatedDevice = true;
     options.fitMethod = tonvane::FitMethod::refined;
+    options.followsMouse = true;
     program
         .option("--port", options.linkPort, "Port of the amplifier's link server on this computer")
         .range(1, 65535);

@@ -70,6 +70,7 @@ int RunWindowProgram(std::span<const std::string> arguments, const WindowOptions
     ProgramValues values;
     values.AppDirectory = WorkingDirectory();
     values.fitMethod = options.fitMethod;
+    values.followsMouse = options.followsMouse;
     InitFftTables(responseLength);
     StartMessages messages;
     const bool promptOnExit =

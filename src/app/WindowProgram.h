@@ -17,6 +17,7 @@ struct WindowOptions {
     std::string layoutFile{};      // gets the places of the controls, for whoever drives the window
     bool simulatedDevice = false;  // on the device menu as well
     FitMethod fitMethod = FitMethod::iterated;
+    bool followsMouse = false;  // ProgramValues
 };
 
 // Runs a batch start ("-cmd ...") or a plain one in the window that `makeWindow` makes, to its end.

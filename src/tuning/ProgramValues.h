@@ -36,6 +36,7 @@ struct ProgramValues {
     int32_t InitialGainClamp = 0;
 
     FitMethod fitMethod = FitMethod::iterated;
+    bool followsMouse = false;  // the dialog designs while a handle moves, not at its end alone
 };
 
 // Names of the measured positions.

@@ -1,21 +1,45 @@
-// The part of a run's design that the refined fit has.
+// The part of a run's design that the refined fit has, and the design that follows a moving target.
+#include <utility>
+
 #include "design/CascadeResponse.h"
+#include "elementary/Elementary.h"
 #include "tuning/TuningRun.h"
 
 namespace tonvane {
 
 void TuningRun::refine() {
-    refinedFit.reset();
+    takeRefined(values_.fitMethod == FitMethod::refined
+                    ? refinedFitter.fitNoWorse(wantedCorrection(), iirFitter.coefficientWords)
+                    : std::nullopt);
+}
+
+WantedCorrection TuningRun::wantedCorrection() const {
+    return {eqDesigner.designPower, designRate, gainClampDb()};
+}
+
+void TuningRun::takeRefined(std::optional<RefinedFit> fit) {
+    refinedFit = std::move(fit);
     refinedCurve_.clear();
-    if (values_.fitMethod != FitMethod::refined) {
-        return;
-    }
-    const WantedCorrection wanted{eqDesigner.designPower, designRate, gainClampDb()};
-    refinedFit = refinedFitter.fitNoWorse(wanted, iirFitter.coefficientWords);
     if (refinedFit) {
         responseAnalyzer.predictFilter([sections = refinedFit->sections](int32_t bins) {
             return CascadeSpectrum(sections, bins);
         });
+    }
+}
+
+void TuningRun::followMove(int32_t kind) {
+    takeDesignSettings();
+    eqDesigner.setTarget(curves[static_cast<size_t>(currentCurve)], kind);
+    if (!responseReady || !responseAnalyzer.valid) {
+        return;
+    }
+    designTaps();
+    if (values_.fitMethod == FitMethod::refined) {
+        takeRefined(refinedFit ? refinedFitter.goOn(*refinedFit, wantedCorrection())
+                               : refinedFitter.fit(wantedCorrection()));
+    }
+    if (!refinedFit) {
+        fitTaps();
     }
 }
 
@@ -32,9 +56,10 @@ const ComplexVector& TuningRun::fittedCurve() const {
         return iirFitter.curve(0);
     }
     if (refinedCurve_.empty()) {
+        const double drop = elementary::Exp10(eqDesigner.gainClampDb / 20.0);
         refinedCurve_ = CascadeSpectrum(refinedFit->sections, designPoints);
         for (auto& point : refinedCurve_) {
-            point *= iirFitter.gain;
+            point *= drop;
         }
     }
     return refinedCurve_;

@@ -180,22 +180,32 @@ std::span<const int32_t> TuningRun::designedSections() const {
 }
 
 void TuningRun::design() {
-    const double gain = gainClampDb();
+    takeDesignSettings();
+    if (responseAnalyzer.valid) {
+        designTaps();
+        fitTaps();
+        refine();
+    }
+}
+
+void TuningRun::takeDesignSettings() {
     eqDesigner.sampleRate = measurement.sampleRate;
     eqDesigner.setTapCount(tapCount);
-    eqDesigner.gainClampDb = gain;
+    eqDesigner.gainClampDb = gainClampDb();
     eqDesigner.gateMs = gateMs;
-    if (!responseAnalyzer.valid) {
-        return;
-    }
+}
+
+void TuningRun::designTaps() {
     prepareResponse();
     eqDesigner.designFir(values_.SampleRateTable[0]);
+    responseAnalyzer.predictFir(eqDesigner.firTaps.first(tapCount), gainClampDb());
+}
+
+void TuningRun::fitTaps() {
     const auto taps = eqDesigner.firTaps.first(tapCount);
-    responseAnalyzer.predictFir(taps, gain);
-    iirFitter.configure(designRate, taps, sectionCount, designLength, gain);
+    iirFitter.configure(designRate, taps, sectionCount, designLength, gainClampDb());
     iirFitter.fit();
-    responseAnalyzer.predictIir(iirFitter.numerator[0], iirFitter.denominator[0], gain);
-    refine();
+    responseAnalyzer.predictIir(iirFitter.numerator[0], iirFitter.denominator[0], gainClampDb());
 }
 
 // Once a response: a moved target does not change it.

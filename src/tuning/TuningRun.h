@@ -84,6 +84,12 @@ class TuningRun {
     // The current curve was edited: takes it over and, with `redesign`, designs.
     void ApplyCurveEdit(const TargetRecord& edited, bool redesign);
 
+    // While a person moves the current curve or the gain clamp: brings the sections near to what
+    // RunDesign would give, with `kind` as the kind of the curve, in a few milliseconds. The
+    // refined fit goes on from the sections that there are. Nothing is sent or shown. What was
+    // followed leaves no trace in the next design.
+    void followMove(int32_t kind);
+
     // Entry 1 to 6 of the rate table becomes every rate.
     void SetInputRate(int32_t tableIndex);
 
@@ -149,8 +155,13 @@ class TuningRun {
   private:
     void DesignAndProgram();
     void design();
+    void takeDesignSettings();
+    void designTaps();
+    void fitTaps();
     void prepareResponse();
     void refine();
+    void takeRefined(std::optional<RefinedFit> fit);
+    [[nodiscard]] WantedCorrection wantedCorrection() const;
     void finishLoad();
     void selectGain(int64_t index);
     void SaveTargetFile();

@@ -94,6 +94,7 @@ constexpr int inputRate = 3001;
 constexpr int undo = 3100;
 constexpr int redo = 3101;
 constexpr int savePicture = 3102;
+constexpr int liveAmplifier = 3103;  // check box
 
 }  // namespace tonvane::controls
 
@@ -101,6 +102,8 @@ namespace tonvane::notifications {
 
 constexpr int click = 0;
 constexpr int selectionChange = 1;  // of a combo box
+constexpr int closeUp = 8;          // an open combo box closes, also after a selection
+constexpr int hover = 0x500;        // the entry lParam of an open combo box is under the mouse
 constexpr int lostFocus = 0x200;    // of an edit box
 constexpr int textChange = 0x300;   // of an edit box
 constexpr int endTrack = 8;         // of a slider

@@ -5,6 +5,7 @@
 // control from here may tell the dialog of it as if a person had done it, as edit boxes do.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -111,6 +112,9 @@ class DialogHost {
 
     virtual void startTimer(int timerId, int milliseconds) = 0;
     virtual void stopTimer(int timerId) = 0;
+    [[nodiscard]] virtual std::chrono::steady_clock::time_point now() const {
+        return std::chrono::steady_clock::now();
+    }
 
     // Whether it was answered with OK.
     virtual bool showMessage(const MessageBox& box) = 0;

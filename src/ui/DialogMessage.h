@@ -24,6 +24,7 @@ constexpr uint32_t dropFiles = 0x233;      // text: path of the first file
 constexpr uint32_t captureDone = 0x402;   // lParam 1: a capture is complete; 0: ended otherwise
 constexpr uint32_t status = 0x427;        // a status text has changed; lParam byWorker or 0
 constexpr uint32_t curveChanged = 0x430;  // lParam 0: a knot is moving; 1: one was let go
+constexpr uint32_t follow = 0x431;        // a step of the design that follows the mouse is due
 constexpr std::intptr_t byWorker = 1;     // the text is that of the engine
 }  // namespace message
 

@@ -40,7 +40,8 @@ CMainDlg::CMainDlg(DialogHost& dialogHost, ProgramValues& values, std::vector<De
       plotHost_(dialogHost, run),
       panel_(dialogHost, run),
       measurement_(run, values, player, this),
-      display_(run, values, plot) {
+      display_(run, values, plot),
+      live_(dialogHost, run, display_) {
     run.promptOnExit = promptOnExit;
 }
 
@@ -88,6 +89,7 @@ void CMainDlg::RedrawCurves() {
 }
 
 void CMainDlg::work(const std::function<void()>& toDo) {
+    live_.settle();
     const bool takesLong = lastWork_ > longTime;
     if (takesLong) {
         host.setBusy(true);

@@ -17,6 +17,7 @@
 #include "tuning/MeasurementRun.h"
 #include "tuning/TuningRun.h"
 #include "ui/CurveDisplay.h"
+#include "ui/LiveDesign.h"
 #include "ui/PlotOnHost.h"
 #include "ui/RegisterPanel.h"
 #include "ui/TargetHistory.h"
@@ -84,6 +85,8 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     void beforeLoad();
     void afterLoad();
     void loadCommandLineResponse();
+    [[nodiscard]] bool followsMouse() const;
+    void designWhatIsFollowed();
     [[nodiscard]] TargetState targetState() const;
     void restore(const std::optional<TargetState>& state);
     void enableEditGroup(bool enabled);
@@ -98,6 +101,11 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     void OnCaptureDone(const DialogMessage& m);
     void OnCurveChanged(const DialogMessage& m);
     void OnDesignChange(const DialogMessage& m);
+    void OnGainHover(const DialogMessage& m);
+    void OnGainCloseUp(const DialogMessage& m);
+    void OnFollow(const DialogMessage& m);
+    void OnLiveTimer(const DialogMessage& m);
+    void OnLiveAmplifier(const DialogMessage& m);
     void OnFilterRate(const DialogMessage& m);
     void OnInputRate(const DialogMessage& m);
     void OnMeasure(const DialogMessage& m);
@@ -120,6 +128,7 @@ class CMainDlg : private Messages, private TuningView, private RunOfDialog, publ
     MeasurementRun measurement_;
     CEqStream eqStream_;
     CurveDisplay display_;
+    LiveDesign live_;
     TargetHistory history_;
     std::chrono::steady_clock::duration lastWork_{};
 };

@@ -36,8 +36,12 @@ const std::span<const CMainDlg::Row> CMainDlg::rows = [] {
         whole(message::status, &D::OnStatus, Then::stop, 1),
         whole(message::captureDone, &D::OnCaptureDone, Then::stop, 1),
         whole(message::curveChanged, &D::OnCurveChanged),
+        whole(message::follow, &D::OnFollow),
+        Row{message::timer, LiveDesign::timer, LiveDesign::timer, anyCode, &D::OnLiveTimer},
         change(curve, selectionChange, &D::OnDesignChange),
         change(gainClamp, selectionChange, &D::OnDesignChange),
+        change(gainClamp, hover, &D::OnGainHover),
+        change(gainClamp, closeUp, &D::OnGainCloseUp),
         change(filterRate, selectionChange, &D::OnFilterRate),
         change(inputRate, selectionChange, &D::OnInputRate),
         press(measure, &D::OnMeasure),
@@ -54,6 +58,7 @@ const std::span<const CMainDlg::Row> CMainDlg::rows = [] {
         press(undo, &D::OnUndo),
         press(redo, &D::OnRedo),
         press(savePicture, &D::OnSavePicture),
+        press(liveAmplifier, &D::OnLiveAmplifier),
     };
     return std::span<const Row>(table);
 }();
@@ -67,10 +72,12 @@ void CMainDlg::OnPaint(const DialogMessage& /*m*/) {
 }
 
 void CMainDlg::OnClose(const DialogMessage& /*m*/) {
+    designWhatIsFollowed();
     run.SaveFiltersOnExit();
 }
 
 void CMainDlg::OnCloseButton(const DialogMessage& /*m*/) {
+    designWhatIsFollowed();
     run.SaveFiltersOnExit();
     leave(0);
 }
@@ -144,7 +151,45 @@ void CMainDlg::ApplyCurveEdit(bool redesign) {
     work([&] { display_.ApplyCurveEdit(true); });
 }
 
+bool CMainDlg::followsMouse() const {
+    return values_.followsMouse && run.responseReady && run.responseAnalyzer.valid;
+}
+
+void CMainDlg::designWhatIsFollowed() {
+    if (live_.isAhead()) {
+        RunDesign();
+    }
+}
+
+void CMainDlg::OnFollow(const DialogMessage& /*m*/) {
+    live_.step();
+}
+
+void CMainDlg::OnLiveTimer(const DialogMessage& /*m*/) {
+    live_.tick();
+}
+
+void CMainDlg::OnLiveAmplifier(const DialogMessage& m) {
+    live_.programsAmplifier = host.check(m.id) != 0;
+}
+
+void CMainDlg::OnGainHover(const DialogMessage& m) {
+    if (followsMouse()) {
+        live_.tryGain(static_cast<int32_t>(m.lParam), values_.TargetCurveKind);
+    }
+}
+
+// Without a selection the gain goes back to that of the list.
+void CMainDlg::OnGainCloseUp(const DialogMessage& /*m*/) {
+    designWhatIsFollowed();
+}
+
 void CMainDlg::OnCurveChanged(const DialogMessage& m) {
+    const bool tellsOfItsEnd = plot.showKnots || plot.showBandEdges;
+    if (m.lParam == 0 && tellsOfItsEnd && followsMouse()) {
+        live_.moveTarget(plot.record);
+        return;
+    }
     ApplyCurveEdit(m.lParam != 0);
     if (m.lParam != 0) {
         history_.edited(targetState());

@@ -148,6 +148,10 @@ class Lab(Desk):
 
     press = tick = Desk.click
 
+    def plot(self):
+        left, top, width, height = self._places[2011]
+        return left + 56, top + 8, width - 72, height - 32
+
     def put(self, control, text):
         self.press(control)
         self.screen.keys("Control_L+a")

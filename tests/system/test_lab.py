@@ -5,10 +5,11 @@ import struct
 from pathlib import Path
 
 from desks import CLOSE
-from programs import wav
+from programs import good, read_filters, wav
 
 pytest_plugins = ["desks"]
 WHITE = b"\xff\xff\xff"
+TARGET, PASSBAND, FILTER = (0x8F, 0, 0xFF), (0, 0xC0, 0x80), (0xFF, 0, 0)  # curves
 DEVICES, LOOPBACK = 4001, ["Up"]  # the menu, and the last of its entries: without hardware
 
 
@@ -64,6 +65,25 @@ def test_keyboard_moves_the_knot_beside_the_clicked_one_and_saves_the_plot(desk)
     assert Path("plot.png").read_bytes().startswith(b"\x89PNG")
     lines = Path("target.txt").read_text().splitlines()
     assert lines[:2] + lines[4:5] == ["-savedcurve", "-7", "501, 3"]  # -6, 500 Hz, 1 dB before
+
+
+def test_filter_follows_a_knot_that_moves_and_what_it_leaves_is_a_design(panel):
+    panel.start_batch("small48", "-noprompt")
+    panel.tick(2032)  # without the target curve and its knots, which would lie over the filter's
+    panel.tick(2033)
+
+    def pixels(color):
+        colors = panel.screen.picture(panel.plot()).getdata()
+        return [place for place, found in enumerate(colors) if found == color]
+    panel.until(lambda: pixels(PASSBAND) and not pixels(TARGET))
+    still = pixels(FILTER)
+    panel.screen.drag(panel.on_plot(1300, 0), panel.on_plot(1500, -10),
+                      meanwhile=lambda: panel.until(lambda: pixels(FILTER) != still))
+    panel.press(8)
+    assert panel.ended() == 0
+    good("design", "response", "--target", "target.txt", "-o", "designed.txt")
+    assert Path("target.txt").read_text().startswith("-savedcurve")
+    assert read_filters("filter.txt") == read_filters("designed.txt")
 
 
 def test_wave_file_plays_from_where_it_is_asked_to_and_stops(panel):

@@ -43,7 +43,9 @@ class DialogDesk : public testing::Test {
         host.start(*dialog);
     }
     [[nodiscard]] const TuningRun& run() const { return dialog->tuningRun(); }
-    [[nodiscard]] std::vector<int32_t> words() const { return run().iirFitter.coefficientWords; }
+    [[nodiscard]] std::vector<int32_t> words() const {
+        return {run().fittedWords().begin(), run().fittedWords().end()};
+    }
     RecordingHost::Control& control(int id) { return host.controls.at(id); }
     // The controls that a person can see, and those of a range that a person can use.
     std::set<int> visible() { return where(&RecordingHost::Control::visible, 0, INT_MAX); }

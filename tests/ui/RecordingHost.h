@@ -102,8 +102,9 @@ class RecordingHost : public DialogHost {
     std::map<int, Control> controls;  // the entries of the device menu among them
     int markedDevice = 0;
     int redraws = 0;
-    int posts = 0;                         // status texts that have not been sent at once
-    int timerMs = 0;                       // of the player's timer, 0 when it is off
+    int posts = 0;    // status texts that have not been sent at once
+    int timerMs = 0;  // of the timer started last, 0 when it is off
+    std::chrono::milliseconds time{1000};
     std::vector<std::string> chosenFiles;  // answers of the file dialog, the next one last
     bool answer = true;                    // of questions
 
@@ -168,6 +169,9 @@ class RecordingHost : public DialogHost {
     void setBusy(bool /*busy*/) override {}
     void startTimer(int /*timerId*/, int milliseconds) override { timerMs = milliseconds; }
     void stopTimer(int /*timerId*/) override { timerMs = 0; }
+    std::chrono::steady_clock::time_point now() const override {
+        return std::chrono::steady_clock::time_point(time);
+    }
     bool showMessage(const MessageBox& box) override {
         note(box.caption + ": " + box.text);
         return answer;

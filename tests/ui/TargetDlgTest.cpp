@@ -1,6 +1,9 @@
 // The dialog at work: targets, rates, curves, parameters and responses as a person changes them.
 #include <filesystem>
+#include <functional>
+#include <numeric>
 
+#include "tuning/RecordingMessages.h"
 #include "ui/DialogDesk.h"
 
 namespace tonvane {
@@ -43,6 +46,110 @@ TEST_F(TargetDlg, ADraggedKnotRedrawsWhileItMovesAndDesignsWhenItIsLetGo) {
     }
     host.press(reset);
     EXPECT_EQ(run().curves[0], values.DefaultTargetCurve);
+}
+
+class LiveDlg : public tests::DialogDesk {
+  protected:
+    LiveDlg() {
+        setGolden(0);
+        values.fitMethod = FitMethod::refined;
+        values.followsMouse = true;
+        start();
+        host.press(connect);
+        host.click(biq);
+        host.controls[liveAmplifier] = {};
+        link.take();
+    }
+    void onGain(int code, int gain) {
+        host.send({.message = message::command, .id = gainClamp, .code = code, .lParam = gain});
+    }
+    // Checks that the filter follows moves, and that what their end leaves and sends is a design.
+    void follow(const std::function<void()>& moves, const std::function<void()>& end) {
+        const auto before = levels(run());
+        host.redraws = 0;
+        moves();
+        EXPECT_EQ(host.redraws, 0);
+        host.deliver();
+        EXPECT_EQ(host.redraws, 1);
+        EXPECT_THAT(link.take(), testing::IsEmpty());
+        const auto moving = levels(run());
+        moves();  // a step is due when it ends
+        end();
+        host.deliver();
+        ProgramValues fresh = values;
+        fresh.DefaultTargetCurve = run().curves[0];
+        fresh.InitialGainClamp = run().gainIndex;
+        tests::RecordingMessages messages;
+        const auto design = std::make_unique<TuningRun>(fresh, messages);
+        design->InitTuningState();
+        EXPECT_THAT(words(), testing::ElementsAreArray(design->fittedWords()));
+        EXPECT_EQ(link.take(), tests::Bracketed(tests::SectionFrames(0x29, words())));
+        const auto designed = levels(*design);
+        EXPECT_LT(farthest(moving, designed), 0.25 * farthest(before, designed));
+    }
+    static std::vector<double> levels(const TuningRun& of) {
+        std::vector<double> levels;
+        for (size_t bin = 10; bin < 850; ++bin) {
+            levels.push_back(20.0 * std::log10(std::abs(of.fittedCurve()[bin])));
+        }
+        return levels;
+    }
+    static double farthest(const std::vector<double>& a, const std::vector<double>& b) {
+        return std::transform_reduce(
+            a.begin(), a.end(), b.begin(), 0.0, [](double x, double y) { return std::max(x, y); },
+            [](double x, double y) { return std::abs(x - y); });
+    }
+};
+
+TEST_F(LiveDlg, TheFilterFollowsTheMouseAndWhatThatLeavesIsADesign) {
+    const auto drag = [&](Point from, Point to) {
+        follow(
+            [&] {
+                dialog->plot.OnLeftButtonDown(from);
+                dialog->plot.OnMouseMove(onPlot(1300, 8), true);
+                dialog->plot.OnMouseMove(to, true);
+            },
+            [&] { dialog->plot.OnLeftButtonUp(); });
+    };
+    drag(onPlot(1300, 0), onPlot(1700, -8));
+    host.click(showWeight);
+    drag(onPlot(16000, -3), onPlot(6000, -3));
+    const auto hoverTo = [&](int gain) {
+        return [this, gain] {
+            onGain(notifications::hover, 9);
+            onGain(notifications::hover, gain);
+        };
+    };
+    follow(hoverTo(3), [&] { host.choose(gainClamp, 3); });
+    const auto chosen = words();
+    hoverTo(12)();
+    host.deliver();
+    EXPECT_NE(words(), chosen);
+    onGain(notifications::closeUp, 0);
+    EXPECT_EQ(words(), chosen);
+}
+
+TEST_F(LiveDlg, TheAmplifierFollowsAtMostTenTimesASecondWhenThatIsSwitchedOn) {
+    host.click(liveAmplifier);
+    dialog->plot.OnLeftButtonDown(onPlot(1300, 0));
+    size_t times = 0;
+    const auto isProgrammed = [&] {
+        const auto frames = link.take();
+        EXPECT_TRUE(frames.empty() ||
+                    frames == tests::Bracketed(tests::SectionFrames(0x29, words())));
+        return !frames.empty();
+    };
+    for (int i = 0; i < 50; ++i, host.time += std::chrono::milliseconds(20)) {
+        dialog->plot.OnMouseMove(onPlot(1700, -i / 5), true);
+        host.deliver();
+        times += isProgrammed() ? 1 : 0;
+    }
+    EXPECT_EQ(times, 10U);
+    for (const bool isThere : {true, false}) {  // the last move, when there is time
+        EXPECT_EQ(host.timerMs > 0, isThere);
+        host.tell({.message = message::timer, .id = LiveDesign::timer});
+        EXPECT_EQ(isProgrammed(), isThere);
+    }
 }
 
 TEST_F(TargetDlg, UndoGoesBackToTheCurveThatWasEdited) {

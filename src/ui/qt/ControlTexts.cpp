@@ -77,6 +77,9 @@ constexpr std::array texts{
     ControlText{controls::attack2, "Attack time of DRC 2", "1 to 5000 ms"},
     ControlText{controls::release2, "Release time of DRC 2", "1 to 5000 ms"},
     ControlText{controls::crossover, "Crossover frequency", "10 Hz to 0.9 times the rate"},
+    ControlText{controls::liveAmplifier, "Program while moving",
+                "Program the amplifier while a knot or the gain clamp moves too, at most ten times "
+                "a second; else when it is let go"},
     ControlText{controls::status1, "Status", ""},
     ControlText{controls::status2, "Link status", ""},
 };

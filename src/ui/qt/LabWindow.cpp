@@ -1,5 +1,6 @@
 #include "ui/qt/LabWindow.h"
 
+#include <QCheckBox>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPushButton>
@@ -54,6 +55,7 @@ LabWindow::LabWindow() : DialogWindow(false) {
     setWindowTitle("Tonvane Lab");
     auto* plot = MakeChild<PlotWidget>(this);
     host().setPlot(plot);
+    host().add(controls::plotPlace, plot);
     plot->setMinimumHeight(200);
     plot->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 
@@ -153,6 +155,7 @@ QGroupBox* LabWindow::makeTarget() {
     auto* layout = MakeChild<QVBoxLayout>(group);
     layout->addWidget(makeNamed(controls::curve));
     layout->addWidget(makeNamed(controls::gainClamp));
+    host().tellOfHover(controls::gainClamp);
     layout->addLayout(row({makeCommand(controls::undo), makeCommand(controls::redo)}));
     layout->addLayout(row(
         {make(controls::reset), make(controls::loadParameters), make(controls::saveParameters)}));
@@ -213,6 +216,9 @@ QGroupBox* LabWindow::makeAmplifier() {
     layout->addLayout(row({make(controls::set1), make(controls::dump)}));
     layout->addLayout(row(
         {make(controls::biq), make(controls::split), make(controls::drc1), make(controls::drc2)}));
+    auto* live = MakeChild<QCheckBox>(ControlName(controls::liveAmplifier), group);
+    host().add(controls::liveAmplifier, live);
+    layout->addWidget(live);
     auto* registers = MakeChild<QGridLayout>();
     registers->addWidget(MakeChild<QLabel>("Register:", group), 0, 0);
     registers->addWidget(make(controls::registerNumber), 0, 1);

@@ -28,6 +28,9 @@ class QtDialogHost : public QObject, public DialogHost {
     // Takes a control in; its events become messages from now on.
     void add(int id, QWidget* control);
 
+    // From now on an open list tells of the entry under the mouse, and of its closing.
+    void tellOfHover(int id);
+
     // Where the plot goes: called by createPlot for the rectangle of the place.
     void setPlot(PlotWidget* plot) { plot_ = plot; }
 

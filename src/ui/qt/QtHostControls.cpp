@@ -1,4 +1,5 @@
 // The controls of the dialog by their ids.
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
@@ -57,6 +58,19 @@ void QtDialogHost::add(int id, QWidget* widget) {
     }
 }
 
+void QtDialogHost::tellOfHover(int id) {
+    auto* list = qobject_cast<QComboBox*>(control(id));
+    if (list == nullptr) {
+        return;
+    }
+    connect(list, &QComboBox::highlighted, this, [this, id](int index) {
+        send(
+            {.message = message::command, .id = id, .code = notifications::hover, .lParam = index});
+    });
+    list->view()->setProperty(idProperty, id);
+    list->view()->installEventFilter(this);
+}
+
 void QtDialogHost::addSlider(int id, QWidget* widget) {
     auto* slider = qobject_cast<QSlider*>(widget);
     if (slider == nullptr) {
@@ -84,6 +98,13 @@ bool QtDialogHost::eventFilter(QObject* watched, QEvent* event) {
         const auto* widget = qobject_cast<QWidget*>(watched);
         event->setAccepted(widget != nullptr && widget->hasFocus());
         return !event->isAccepted();
+    }
+    if (event->type() == QEvent::Hide && qobject_cast<QAbstractItemView*>(watched) != nullptr) {
+        // Behind the selection, which is told of when the list has gone.
+        post({.message = message::command,
+              .id = watched->property(idProperty).toInt(),
+              .code = notifications::closeUp});
+        return false;
     }
     if (event->type() == QEvent::FocusOut && qobject_cast<QLineEdit*>(watched) != nullptr &&
         static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
