@@ -23,6 +23,7 @@ class InterruptMark {
     InterruptMark(const InterruptMark&) = delete;
     InterruptMark& operator=(const InterruptMark&) = delete;
 
+    // Any thread.
     [[nodiscard]] static bool isSet();
 };
 

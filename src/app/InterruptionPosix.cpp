@@ -1,22 +1,24 @@
 #include "app/Interruption.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace tonvane {
 
 namespace {
 
-// A signal handler reaches nothing but what is static.
-volatile std::sig_atomic_t interrupted = 0;
+// A signal handler reaches nothing but what is static, and sets nothing that takes a lock.
+std::atomic<bool> interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 extern "C" void markInterrupt(int /*signal*/) {
-    interrupted = 1;
+    interrupted = true;
 }
 
 }  // namespace
 
 InterruptMark::InterruptMark() {
-    interrupted = 0;
+    interrupted = false;
     struct sigaction action {};
     action.sa_handler = markInterrupt;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
@@ -30,7 +32,7 @@ InterruptMark::~InterruptMark() {
 }
 
 bool InterruptMark::isSet() {
-    return interrupted != 0;
+    return interrupted;
 }
 
 }  // namespace tonvane

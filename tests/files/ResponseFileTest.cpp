@@ -133,15 +133,16 @@ TEST(ImpulseOfAnotherLength, IsFilledUpOrCutWhereNothingIsLost) {
 TEST(ImpulseOfAnotherLength, IsRefusedWhereTooMuchWouldBeLost) {
     auto faulty = decay(40000, 0, 0.0);
     faulty[7] = std::nan("");
-    for (const auto& [samples, complaint] :
-         std::vector<std::pair<std::vector<double>, std::string>>{
-             {decay(131072, 100, 0.01),
-              "w: the file has 131072 samples, 32768 are used; the others hold -13.7 dB of its"},
-             {std::vector<double>(40000), "w: the response is silence"},
-             {faulty, "w: sample 7 "}}) {
+    const std::pair<std::vector<double>, std::string> cases[] = {
+        {decay(131072, 100, 0.01),
+         "w: the file has 131072 samples, 32768 are used; the others hold -13.7 dB of its energy"},
+        {std::vector<double>(40000), "w: the response is silence"},
+        {faulty, "w: sample 7 "},
+    };
+    for (const auto& c : cases) {
         InputNotes notes;
-        EXPECT_THAT(tests::ComplaintOf([&] { FitImpulse("w", samples, notes); }),
-                    testing::StartsWith(complaint));
+        EXPECT_THAT(tests::ComplaintOf([&] { FitImpulse("w", c.first, notes); }),
+                    testing::StartsWith(c.second));
     }
 }
 

@@ -9,7 +9,6 @@ namespace tonvane {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using tests::Bracketed;
 using tests::Lines;
 
@@ -35,7 +34,7 @@ TEST_F(AmpLink, WithoutASocketNothingGoesOutAndNothingWaits) {
     WriteRegisters(link, writes);
     WriteInShutdown(link, writes);
     link.Term();
-    EXPECT_THAT(record.log, IsEmpty());
+    EXPECT_THAT(record.log, testing::IsEmpty());
 }
 
 TEST_F(AmpLink, WordsGoOutMostSignificantByteFirst) {

@@ -171,7 +171,6 @@ TEST(TcpLink, ACommandIsToldWhatAServerDidWrong) {
         {Fault::pieces, 10, "20 bytes within 10 ms", ""},
         {Fault::closing, longTime, "closed the connection after 0 of 20 bytes", "closed the"},
         {Fault::surplus, longTime, "sent more than the 20 bytes", "sent more than the 1 bytes"},
-        {Fault::garbage, longTime, "", ""},
     };
     for (const auto& c : cases) {
         DeskAmplifier desk(c.fault);

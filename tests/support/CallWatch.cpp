@@ -21,23 +21,45 @@ namespace {
 std::atomic<int64_t> allocations{0};
 std::atomic<bool> failNext{false};
 
+void* allocate(std::size_t size) {
+    ++allocations;
+    return failNext.exchange(false) ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
 }  // namespace
 
-// The library makes the other forms of these.
 void* operator new(std::size_t size) {
-    ++allocations;
-    void* memory = failNext.exchange(false) ? nullptr : std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
+    if (void* memory = allocate(size)) {
+        return memory;
     }
-    return memory;
+    throw std::bad_alloc();
+}
+
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
 }
 
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+
 void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 

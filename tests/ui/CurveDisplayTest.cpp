@@ -10,10 +10,12 @@
 #include "files/ResponseFile.h"
 #include "files/TestFiles.h"
 #include "graph/RecordingCanvas.h"
+#include "graph/cairo/CairoCanvas.h"
 #include "transform/FftTables.h"
 #include "tuning/GoldenValues.h"
 #include "tuning/RecordingMessages.h"
 #include "ui/CurveDisplay.h"
+#include "ui/Pictures.h"
 #include "ui/PlotPicture.h"
 #include "ui/ResultsRow.h"
 
@@ -71,6 +73,21 @@ class Display : public testing::Test {
 };
 
 constexpr ShownCurves allCurves{1, 1, 1, 1, 1, 1, 1, 1};
+
+TEST_F(Display, LooksLikeTheReferencesPictures) {
+    constexpr Rectangle plotArea{56, 8, 735, 211};
+    start("small48.qsr");
+    // A PNG of the dialog's plot in quarters of a pixel.
+    const auto png = [&](const ShownCurves& shown) {
+        CairoCanvas device(750 * 4, 234 * 4, 44.0, 4);
+        plot.Create(device, 750 * 4, 234 * 4, 4);
+        RedrawCurves(*run, values, shown, plot);
+        plot.Paint(device);
+        return device.png();
+    };
+    tests::ExpectLikeReference(png({}), "three.png", plotArea, 40, 30);
+    tests::ExpectLikeReference(png(allCurves), "all.png", plotArea, 40, 120);
+}
 
 TEST_F(Display, DrawsWhatThereIsInItsOrderAndColours) {
     start("small48.qsr");
