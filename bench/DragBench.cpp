@@ -91,13 +91,12 @@ class WatchedApplication : public QApplication {
         words_.assign(words.begin(), words.end());
         if (isDragging_ && moved_ && isRedesigned) {
             times_.push_back(millisecondsSince(*moved_));
-            moved_.reset();
         }
+        moved_.reset();  // also where the knot has stayed on its hertz and decibel
         if (letGo_ && !times_.empty()) {
             QGuiApplication::sync();
             report(millisecondsSince(*letGo_));
             letGo_.reset();
-            moved_.reset();
         }
     }
 

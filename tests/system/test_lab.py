@@ -67,7 +67,7 @@ def test_keyboard_moves_the_knot_beside_the_clicked_one_and_saves_the_plot(desk)
     assert lines[:2] + lines[4:5] == ["-savedcurve", "-7", "501, 3"]  # -6, 500 Hz, 1 dB before
 
 
-def test_filter_follows_a_knot_that_moves_and_what_it_leaves_is_a_design(panel):
+def test_filter_follows_the_mouse_and_what_that_leaves_is_a_design(panel):
     panel.start_batch("small48", "-noprompt")
     panel.tick(2032)  # without the target curve and its knots, which would lie over the filter's
     panel.tick(2033)
@@ -77,6 +77,12 @@ def test_filter_follows_a_knot_that_moves_and_what_it_leaves_is_a_design(panel):
         return [place for place, found in enumerate(colors) if found == color]
     panel.until(lambda: pixels(PASSBAND) and not pixels(TARGET))
     still = pixels(FILTER)
+    panel.click(2021)  # the gain clamp: its list without a choice
+    panel.until(panel.screen.popups)
+    panel.screen.keys("Up")
+    panel.until(lambda: pixels(FILTER) != still)
+    panel.screen.keys("Escape")
+    panel.until(lambda: pixels(FILTER) == still)
     panel.screen.drag(panel.on_plot(1300, 0), panel.on_plot(1500, -10),
                       meanwhile=lambda: panel.until(lambda: pixels(FILTER) != still))
     panel.press(8)
