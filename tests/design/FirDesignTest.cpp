@@ -126,12 +126,15 @@ TEST_F(Design, LoudnessKeepsTheWeightsOfTheFirstRate) {
 // of radius 3.3 from LAPACK.
 TEST_F(Design, IsStableWhateverRoundingLeavesOfAFlatFilter) {
     const auto hertz = IirFitter::comparisonFrequencies();
-    for (const auto& [depthDb, rippleRate, clampDb] :
-         {std::tuple{0.001, 3.0, -3.0}, {0.003, 11.0, -1.0}, {0.0003, 4.0, -6.0}}) {
-        const auto words = wordsFor(clampDb, [&](int32_t k) {
-            return std::pow(10.0, depthDb / 20.0 * std::sin(rippleRate * std::log((k + 1) / 14.0)));
+    const struct {
+        double depthDb, rippleRate, clampDb;
+    } cases[] = {{0.001, 3.0, -3.0}, {0.003, 11.0, -1.0}, {0.0003, 4.0, -6.0}};
+    for (const auto& c : cases) {
+        const auto words = wordsFor(c.clampDb, [&](int32_t k) {
+            const double phase = c.rippleRate * std::log((k + 1) / 14.0);
+            return std::pow(10.0, c.depthDb / 20.0 * std::sin(phase));
         });
-        EXPECT_LT(LargestPoleRadius(words), 1.0) << depthDb;
+        EXPECT_LT(LargestPoleRadius(words), 1.0) << c.depthDb;
         EXPECT_THAT(CascadeResponseDb(words, hertz, 48000), Each(DoubleNear(0.0, 0.005)));
     }
     const std::vector<int32_t> unity = wordsFor(0.0, flat);
