@@ -1,8 +1,12 @@
 // What a server sends: the client's handling of replies, with and without its checks.
 //
 // The input is a list of packets, each a byte of its length (0 to 31) and its bytes. They arrive
-// one by one and then the connection ends; a packet of no bytes ends a single receive.
+// one by one, as many as a reply takes, and then the connection ends; a packet of no bytes ends a
+// single receive.
+#include <atomic>
 #include <deque>
+#include <thread>
+#include <utility>
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -30,28 +34,59 @@ Packets packetsOf(std::span<const uint8_t> input) {
     return packets;
 }
 
-// A transport whose server is the list of packets.
+// A transport whose server answers from the list of packets: as many as a frame wants bytes, and
+// with the end of the connection when there are no more.
 template <typename Transport>
 class Fed : public Transport {
   public:
     template <typename... Arguments>
-    explicit Fed(const Packets& packets, Arguments... arguments) : Transport(arguments...) {
+    explicit Fed(Packets packets, Arguments... arguments)
+        : Transport(arguments...), packets_(std::move(packets)) {
         Require(::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends_) == 0, "there are sockets");
-        for (const Bytes& packet : packets) {
-            ::send(ends_[1], packet.data(), packet.size(), MSG_DONTWAIT);
-        }
-        ::shutdown(ends_[1], SHUT_WR);
+        server_ = std::thread([this] { serve(); });
     }
-    ~Fed() override { ::close(ends_[1]); }
+    ~Fed() override {
+        ::shutdown(ends_[1], SHUT_RDWR);
+        server_.join();
+        ::close(ends_[1]);
+    }
     Fed(const Fed&) = delete;
     Fed& operator=(const Fed&) = delete;
 
     std::intptr_t open() override { return ends_[0]; }
     bool connect(std::intptr_t /*socket*/, uint16_t /*port*/) override { return true; }
+    void exchange(std::intptr_t socket, std::span<const uint8_t> frame,
+                  std::span<uint8_t> reply) override {
+        wanted_ = reply.size();
+        Transport::exchange(socket, frame, reply);
+    }
     void wait(int32_t /*milliseconds*/) override {}
 
   private:
+    void serve() {
+        Bytes frame(64);
+        while (::recv(ends_[1], frame.data(), frame.size(), 0) > 0) {
+            const size_t wanted = wanted_;  // the next one may be on its way after the last packet
+            for (size_t sent = 0; sent < wanted;) {
+                if (packets_.empty()) {
+                    ::shutdown(ends_[1], SHUT_WR);
+                    break;
+                }
+                const Bytes packet = packets_.front();
+                packets_.pop_front();
+                ::send(ends_[1], packet.data(), packet.size(), MSG_NOSIGNAL);
+                if (packet.empty()) {
+                    break;
+                }
+                sent += packet.size();
+            }
+        }
+    }
+
+    Packets packets_;
+    std::atomic<size_t> wanted_ = 0;
     int ends_[2] = {-1, -1};
+    std::thread server_;
 };
 
 // The next reply by the packets themselves, a packet's surplus cut off.
@@ -129,7 +164,7 @@ void checkCommand(const Packets& packets) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace tonvane::fuzz;
     const Packets packets = packetsOf({data, size});
-    if (packets.size() > 200) {  // what a socket's buffer holds
+    if (packets.size() > 200) {  // more than are asked for
         return 0;
     }
     checkWindow(packets);
