@@ -167,18 +167,19 @@ LatticeSolver::Energies LatticeSolver::start(std::span<const double> p, std::spa
 
 // The coefficients of the residuals of order `stage` from those of the order before.
 void LatticeSolver::stepUp(int32_t stage, const Reflection& forward, const Reflection& backward) {
+    const DoublePair fpp = Twice(forward.pp), fpy = Twice(forward.py);
+    const DoublePair fyp = Twice(forward.yp), fyy = Twice(forward.yy);
+    const DoublePair bpp = Twice(backward.pp), bpy = Twice(backward.py);
+    const DoublePair byp = Twice(backward.yp), byy = Twice(backward.yy);
     for (int32_t i = stage; i >= 0; --i) {
-        const Channels fp = forward_.p[i];
-        const Channels fy = forward_.y[i];
-        const Channels bp = i > 0 ? backward_.p[i - 1] : Channels{};
-        const Channels by = i > 0 ? backward_.y[i - 1] : Channels{};
-        const auto less = [](Channels x, double shareP, Channels p, double shareY, Channels y) {
-            return Channels{x.p - shareP * p.p - shareY * y.p, x.y - shareP * p.y - shareY * y.y};
-        };
-        forward_.p[i] = less(fp, forward.pp, bp, forward.yp, by);
-        forward_.y[i] = less(fy, forward.py, bp, forward.yy, by);
-        backward_.p[i] = less(bp, backward.pp, fp, backward.yp, fy);
-        backward_.y[i] = less(by, backward.py, fp, backward.yy, fy);
+        const DoublePair fp = LoadDoubles(&forward_.p[i].p);
+        const DoublePair fy = LoadDoubles(&forward_.y[i].p);
+        const DoublePair bp = i > 0 ? LoadDoubles(&backward_.p[i - 1].p) : DoublePair{};
+        const DoublePair by = i > 0 ? LoadDoubles(&backward_.y[i - 1].p) : DoublePair{};
+        StoreDoubles(&forward_.p[i].p, fp - fpp * bp - fyp * by);
+        StoreDoubles(&forward_.y[i].p, fy - fpy * bp - fyy * by);
+        StoreDoubles(&backward_.p[i].p, bp - bpp * fp - byp * fy);
+        StoreDoubles(&backward_.y[i].p, by - bpy * fp - byy * fy);
     }
 }
 
@@ -191,10 +192,10 @@ LatticeSolver::Energies LatticeSolver::advance(int32_t end, const Reflection& fo
     const DoublePair byp = Twice(backward.yp), byy = Twice(backward.yy);
     DoublePair forwardPp{}, forwardPy{}, forwardYy{}, delayedPp{}, delayedPy{}, delayedYy{};
     DoublePair crossPp{}, crossPy{}, crossYp{}, crossYy{}, beforeP{}, beforeY{};
-    double* const forwardP = forwardP_.data();
-    double* const forwardY = forwardY_.data();
-    double* const delayedP = delayedP_.data();
-    double* const delayedY = delayedY_.data();
+    double* const __restrict forwardP = forwardP_.data();
+    double* const __restrict forwardY = forwardY_.data();
+    double* const __restrict delayedP = delayedP_.data();
+    double* const __restrict delayedY = delayedY_.data();
     for (int32_t n = 0; n < end; n += width) {
         const DoublePair oldFp = LoadDoubles(forwardP + n);
         const DoublePair oldFy = LoadDoubles(forwardY + n);

@@ -82,14 +82,19 @@ bool Send(std::intptr_t socket, std::span<const uint8_t> bytes) {
     return true;
 }
 
+// Two limits need no question ahead whether there is something: to wait for ever, and not at all.
 int32_t Receive(std::intptr_t socket, std::span<uint8_t> bytes, int32_t limit) {
-    if (!isReady(descriptor(socket), POLLIN, limit)) {
+    if (limit > 0 && !isReady(descriptor(socket), POLLIN, limit)) {
         return outOfTime;
     }
+    const int flags = limit == 0 ? MSG_DONTWAIT : 0;
     for (;;) {
-        const ssize_t count = ::recv(descriptor(socket), bytes.data(), bytes.size(), 0);
+        const ssize_t count = ::recv(descriptor(socket), bytes.data(), bytes.size(), flags);
         if (count >= 0) {
             return static_cast<int32_t>(count);
+        }
+        if (errno == EAGAIN) {
+            return outOfTime;
         }
         if (errno != EINTR) {
             return failed;
