@@ -28,6 +28,7 @@ struct Input {
     std::string format;
     std::string target;
     std::string response;
+    bool isReported = false;  // the report takes half as long as the design
 };
 
 // The text up to the mark, which goes with it; all of it where there is no mark.
@@ -91,7 +92,9 @@ void runForTool(const Input& input) {
     Require(filter.has_value() == run->responseAnalyzer.valid, "a response gives a filter file");
     if (filter) {
         Require(std::ranges::count(*filter, '\n') == TuningRun::sectionCount, "of seven lines");
-        checkReport(*run, values);
+        if (input.isReported) {
+            checkReport(*run, values);
+        }
     }
     TargetSettings target;
     Require(LoadTargetFile(values.TargetFilePath, target) == TargetFileStatus::loaded,
@@ -136,7 +139,9 @@ bool runForPerson(const Input& input) {
     }
     run->responseReady = true;
     run->RunDesign();
-    checkReport(*run, values);
+    if (input.isReported) {
+        checkReport(*run, values);
+    }
     return true;
 }
 
@@ -149,8 +154,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace tonvane::fuzz;
     [[maybe_unused]] static const bool tables = (InitFftTables(responseLength), true);
     const std::string_view text = TextOf(data, size);
-    const Input input = split(text);
-    if (HashOf(text) % 2 == 0 || !runForPerson(input)) {
+    Input input = split(text);
+    const uint32_t hash = HashOf(text);
+    input.isReported = hash % 8 < 2;
+    if (hash % 2 == 0 || !runForPerson(input)) {
         runForTool(input);
     }
     return 0;
